@@ -1,0 +1,62 @@
+# What every target of ours is compiled and linked with.
+function(vextrel_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8)
+  else()
+    target_compile_options(${target} PRIVATE
+      -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  endif()
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Unique symbols would keep an unloaded module in memory.
+    target_compile_options(${target} PRIVATE -fno-gnu-unique)
+  endif()
+endfunction()
+
+# Links the C++ and compiler runtimes into a Windows binary, so that it needs system DLLs only.
+function(vextrel_link_static_runtime target)
+  if(MINGW)
+    target_link_options(${target} PRIVATE -static)
+  elseif(MSVC)
+    set_target_properties(${target} PROPERTIES MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+  endif()
+endfunction()
+
+# Turns a module definition file into a linker version script, so that both platforms export from
+# one list.
+function(vextrel_write_version_script def_file script_file)
+  file(STRINGS "${def_file}" lines REGEX "^ +[A-Za-z]+")
+  set(names "")
+  foreach(line IN LISTS lines)
+    string(STRIP "${line}" name)
+    string(APPEND names "    ${name};\n")
+  endforeach()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${def_file}")
+  file(CONFIGURE OUTPUT "${script_file}" CONTENT "{\n  global:\n@names@  local:\n    *;\n};\n" @ONLY)
+endfunction()
+
+# A GenTL producer module NAME.cti that exports the names of DEF and nothing else.
+function(vextrel_configure_producer target def_file)
+  set_target_properties(${target} PROPERTIES
+    PREFIX "" SUFFIX ".cti" OUTPUT_NAME ${target}
+    LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}"
+    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+  vextrel_configure_target(${target})
+  vextrel_link_static_runtime(${target})
+  if(WIN32)
+    target_sources(${target} PRIVATE "${def_file}")
+  else()
+    set(script "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
+    vextrel_write_version_script("${def_file}" "${script}")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${script}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${script}")
+    if(NOT VEXTREL_SANITIZERS)
+      target_link_options(${target} PRIVATE "LINKER:--no-undefined")
+    endif()
+  endif()
+endfunction()
