@@ -1,0 +1,66 @@
+#include <windows.h>
+
+#include <log4cpp/Win32DebugAppender.hh>
+#include <vector>
+
+#include "platform/platform.h"
+
+namespace vextrel::platform {
+
+VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size) {
+  const DWORD count = ::GetEnvironmentVariableA(name, buffer, size);
+  if (count != 0) {
+    return {count, 0};
+  }
+  // An empty value is no error to Windows, but it is a missing variable to us.
+  const DWORD error = ::GetLastError();
+  return {0, error == ERROR_SUCCESS ? kErrorVariableNotFound : error};
+}
+
+ModuleLoad LoadModule(const char* path) {
+  HMODULE module = ::LoadLibraryA(path);
+  return {module, module == nullptr ? ::GetLastError() : 0};
+}
+
+void UnloadModule(ModuleHandle module) {
+  ::FreeLibrary(static_cast<HMODULE>(module));
+}
+
+void* FindExport(ModuleHandle module, const char* name) {
+  return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(module), name));
+}
+
+std::uint64_t ModuleFileVersion(ModuleHandle module) {
+  char path[1024] = {};
+  ::GetModuleFileNameA(static_cast<HMODULE>(module), path, sizeof path);
+  DWORD ignored = 0;
+  std::vector<char> block(::GetFileVersionInfoSizeA(path, &ignored));
+  if (block.empty()) {
+    return 0;
+  }
+  ::GetFileVersionInfoA(path, 0, static_cast<DWORD>(block.size()), block.data());
+  void* found = nullptr;
+  UINT length = 0;
+  if (::VerQueryValueA(block.data(), "\\", &found, &length) == 0) {
+    return 0;
+  }
+  const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
+  return (std::uint64_t{info->dwFileVersionMS} << 32U) | info->dwFileVersionLS;
+}
+
+std::ifstream OpenTextFile(const std::string& path) {
+  return std::ifstream(path);
+}
+
+std::unique_ptr<log4cpp::Appender> MakeDefaultAppender(const std::string& name) {
+  return std::make_unique<log4cpp::Win32DebugAppender>(name);
+}
+
+LastErrorGuard::LastErrorGuard() noexcept : errno_(errno), lastError_(::GetLastError()) {}
+
+LastErrorGuard::~LastErrorGuard() {
+  errno = errno_;
+  ::SetLastError(lastError_);
+}
+
+}  // namespace vextrel::platform
