@@ -1,0 +1,78 @@
+// Numbers as text, without streams, locale or allocation.
+#ifndef VEXTREL_CALLLOG_DIGITS_H
+#define VEXTREL_CALLLOG_DIGITS_H
+
+#include <array>
+#include <charconv>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace vextrel {
+
+// The digits of one number; `view` is valid as long as the object.
+class Digits {
+ public:
+  [[nodiscard]] std::string_view view() const noexcept { return {text_.data(), size_}; }
+
+  // Decimal, with a leading '-' for negative values.
+  template <std::integral Number>
+  [[nodiscard]] static Digits Decimal(Number value) noexcept {
+    return FromChars(
+        [value](char* first, char* last) { return std::to_chars(first, last, value); });
+  }
+
+  // Lower-case hexadecimal without prefix or fill.
+  [[nodiscard]] static Digits Hex(std::uint64_t value) noexcept {
+    return FromChars(
+        [value](char* first, char* last) { return std::to_chars(first, last, value, 16); });
+  }
+
+  // Six significant digits, in the general format.
+  [[nodiscard]] static Digits General(double value) noexcept {
+    return FromChars([value](char* first, char* last) {
+      return std::to_chars(first, last, value, std::chars_format::general, 6);
+    });
+  }
+
+  // Exactly sixteen hexadecimal digits, zero-padded.
+  [[nodiscard]] static Digits UpperHex16(std::uint64_t value) noexcept {
+    return Hex16(value, "0123456789ABCDEF");
+  }
+  [[nodiscard]] static Digits LowerHex16(std::uint64_t value) noexcept {
+    return Hex16(value, "0123456789abcdef");
+  }
+
+  // An address as the log shows it: sixteen upper-case digits.
+  [[nodiscard]] static Digits Address(const void* address) noexcept {
+    return UpperHex16(reinterpret_cast<std::uintptr_t>(address));
+  }
+
+ private:
+  Digits() noexcept {}  // NOLINT: the text is written by whoever constructs it
+
+  template <typename Convert>
+  [[nodiscard]] static Digits FromChars(Convert convert) noexcept {
+    Digits digits;
+    const auto end = convert(digits.text_.data(), digits.text_.data() + digits.text_.size()).ptr;
+    digits.size_ = static_cast<std::size_t>(end - digits.text_.data());
+    return digits;
+  }
+
+  [[nodiscard]] static Digits Hex16(std::uint64_t value, std::string_view alphabet) noexcept {
+    Digits digits;
+    digits.size_ = 16;
+    for (std::size_t i = 16; i-- > 0; value >>= 4U) {
+      digits.text_[i] = alphabet[value & 0xFU];
+    }
+    return digits;
+  }
+
+  std::array<char, 24> text_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace vextrel
+
+#endif  // VEXTREL_CALLLOG_DIGITS_H

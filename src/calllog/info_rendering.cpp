@@ -1,0 +1,102 @@
+#include "calllog/info_rendering.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "calllog/digits.h"
+
+namespace vextrel {
+namespace {
+
+// Shown as an unsigned 32-bit number although it has no name.
+constexpr INFO_DATATYPE kNamelessUint32 = 14;
+
+// A consumer's buffer need not be aligned for what it holds.
+template <typename Value>
+Value ReadAs(const void* pBuffer) {
+  Value value;
+  std::memcpy(&value, pBuffer, sizeof value);
+  return value;
+}
+
+template <typename Number>
+RenderedText RenderNumber(const void* pBuffer) {
+  return {Digits::Decimal(ReadAs<Number>(pBuffer)).view()};
+}
+
+}  // namespace
+
+RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_t /*iSize*/) {
+  if (type == INFO_DATATYPE_STRINGLIST) {
+    return {"STRINGLIST"};  // Never expanded, not even looked at for null, on purpose.
+  }
+  if (type < INFO_DATATYPE_UNKNOWN || type > kNamelessUint32) {
+    return {"(Unknown INFO_DATATYPE: ", Digits::Decimal(type).view(), ")"};
+  }
+  if (pBuffer == nullptr) {
+    return {"NULL"};
+  }
+  switch (type) {
+    case INFO_DATATYPE_STRING:
+      return {"'", static_cast<const char*>(pBuffer), "'"};
+    case INFO_DATATYPE_INT16:
+      return RenderNumber<std::int16_t>(pBuffer);
+    case INFO_DATATYPE_UINT16:
+      return RenderNumber<std::uint16_t>(pBuffer);
+    case INFO_DATATYPE_INT32:
+    case INFO_DATATYPE_INT64:  // Only the low 32 bits of it, on purpose.
+      return RenderNumber<std::int32_t>(pBuffer);
+    case INFO_DATATYPE_UINT32:
+    case INFO_DATATYPE_UINT64:  // Only the low 32 bits of it, on purpose.
+    case kNamelessUint32:
+      return RenderNumber<std::uint32_t>(pBuffer);
+    case INFO_DATATYPE_FLOAT64:
+      return {Digits::General(ReadAs<double>(pBuffer)).view()};
+    case INFO_DATATYPE_BOOL8:
+      return {ReadAs<std::uint8_t>(pBuffer) != 0 ? "1" : "0"};
+    case INFO_DATATYPE_SIZET:
+      return RenderNumber<std::uint64_t>(pBuffer);
+    case INFO_DATATYPE_BUFFER:
+      return RenderBufferValue(pBuffer);
+    default:
+      // INFO_DATATYPE_UNKNOWN and INFO_DATATYPE_PTR: where the buffer lies, not what it holds, on
+      // purpose.
+      return RenderAddress(pBuffer);
+  }
+}
+
+RenderedText RenderAddress(const void* address) {
+  if (address == nullptr) {
+    return {"NULL"};
+  }
+  return {"0x", Digits::Address(address).view()};
+}
+
+RenderedText RenderPointerSlot(const void* const* slot) {
+  if (slot == nullptr) {
+    return {"NULL"};
+  }
+  const void* stored = *slot;
+  if (stored == nullptr) {
+    // No blank here, but one in front of an address: the form is required.
+    return {"0x", Digits::Address(static_cast<const void*>(slot)).view(), "(NULL)"};
+  }
+  return {"0x", Digits::Address(static_cast<const void*>(slot)).view(), " (0x",
+          Digits::Address(stored).view(), ")"};
+}
+
+RenderedText RenderBufferValue(const void* pBuffer) {
+  if (pBuffer == nullptr) {
+    return {"NULL"};
+  }
+  // The content stands where an address would be expected: required, odd as it is.
+  const auto* text = static_cast<const char*>(pBuffer);
+  return {"0x", text, "->(", std::string_view(text, 1), ")"};
+}
+
+const char* TextOrNull(const char* text) noexcept {
+  return text != nullptr ? text : "NULL";
+}
+
+}  // namespace vextrel
