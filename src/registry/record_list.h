@@ -1,0 +1,58 @@
+// The ordered child lists of the handle registry's records.
+//
+// Not thread-safe: the registry takes no lock, see transport_layer_node.h.
+#ifndef VEXTREL_REGISTRY_RECORD_LIST_H
+#define VEXTREL_REGISTRY_RECORD_LIST_H
+
+#include <algorithm>
+#include <log4cpp/Category.hh>
+#include <memory>
+#include <vector>
+
+namespace vextrel {
+
+// Records in the order in which they were added. Plain pointers on purpose: a list that is emptied
+// or destroyed forgets its records and leaves them allocated. Only TakeRecord gives one up.
+template <typename Record>
+using RecordList = std::vector<Record*>;
+
+// The first record with that handle, or null.
+template <typename Record>
+[[nodiscard]] Record* FindRecord(const RecordList<Record>& records, const void* handle) {
+  const auto found = std::ranges::find(records, handle, &Record::handle);
+  return found == records.end() ? nullptr : *found;
+}
+
+// Appends a new record; false, and nothing done, if there is one with that handle.
+template <typename Record>
+[[nodiscard]] bool AddRecord(RecordList<Record>& records, void* handle, log4cpp::Category* logger) {
+  if (FindRecord(records, handle) != nullptr) {
+    return false;
+  }
+  auto record = std::make_unique<Record>(handle, logger);
+  records.push_back(record.get());
+  record.release();  // NOLINT(bugprone-unused-return-value): the list has it now.
+  return true;
+}
+
+// Takes the first record with that handle out of the list; null if there is none.
+template <typename Record>
+[[nodiscard]] std::unique_ptr<Record> TakeRecord(RecordList<Record>& records, const void* handle) {
+  const auto found = std::ranges::find(records, handle, &Record::handle);
+  if (found == records.end()) {
+    return nullptr;
+  }
+  std::unique_ptr<Record> record(*found);
+  records.erase(found);
+  return record;
+}
+
+// Makes each record the offer, in order, until one accepts it.
+template <typename Record, typename Offer>
+[[nodiscard]] bool OfferInOrder(const RecordList<Record>& records, Offer offer) {
+  return std::ranges::any_of(records, [&](Record* record) { return offer(*record); });
+}
+
+}  // namespace vextrel
+
+#endif  // VEXTREL_REGISTRY_RECORD_LIST_H
