@@ -1,0 +1,42 @@
+#include "lifecycle/proxy_state.h"
+
+#include <utility>
+
+#include "calllog/logger_setup.h"
+#include "lifecycle/observation.h"
+
+namespace vextrel {
+namespace {
+
+template <typename Table>
+void DeleteTable(Table*& table) {
+  delete std::exchange(table, nullptr);
+}
+
+}  // namespace
+
+constinit ProxyState proxyState;
+
+log4cpp::Category& CallLogger() {
+  return proxyState.logger != nullptr ? *proxyState.logger : GetLogger("Vextrel");
+}
+
+void TearDownRegistry() {
+  Observe([] {
+    proxyState.registryRoot->ReportInterfaces();
+    proxyState.registryRoot->ReportEvents();
+  });
+  delete std::exchange(proxyState.registryRoot, nullptr);
+}
+
+void DeleteTables() {
+  DeleteTable(proxyState.libTable);
+  DeleteTable(proxyState.tlTable);
+  DeleteTable(proxyState.ifTable);
+  DeleteTable(proxyState.devTable);
+  DeleteTable(proxyState.dsTable);
+  DeleteTable(proxyState.portTable);
+  DeleteTable(proxyState.eventTable);
+}
+
+}  // namespace vextrel
