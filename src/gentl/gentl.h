@@ -7,6 +7,8 @@
 #ifndef VEXTREL_GENTL_GENTL_H
 #define VEXTREL_GENTL_GENTL_H
 
+// NOLINTBEGIN(modernize-use-using, modernize-deprecated-headers): this header is read by C, too.
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -19,8 +21,6 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-
-// NOLINTBEGIN(modernize-use-using, modernize-deprecated-headers): this header is read by C, too.
 
 // --- Handles ------------------------------------------------------------------------------------
 

@@ -73,6 +73,13 @@ GC_ERROR GC_CALLTYPE GCInitLib(void) {
              proxyState.targetPath);
     return GC_ERR_SUCCESS;
   }
+  if (platform::IsOwnModule(load.module)) {
+    // The target would be called for ever: an easy mistake where both lie in one folder.
+    LogError(logger, "The GenTL producer dll is Vextrel itself: '%s'", proxyState.targetPath);
+    platform::UnloadModule(load.module);
+    proxyState.targetModule = nullptr;
+    return GC_ERR_SUCCESS;
+  }
   LogInfo(logger, "GenTL producer file version: '%s'", GetProducerFileVersion(load.module));
 
   CreateTables();

@@ -45,6 +45,9 @@ struct ModuleLoad {
 // Gives back one loader reference.
 void UnloadModule(ModuleHandle module);
 
+// True for the module that this code itself is part of.
+[[nodiscard]] bool IsOwnModule(ModuleHandle module);
+
 // The address of the export `name`, or null.
 [[nodiscard]] void* FindExport(ModuleHandle module, const char* name);
 

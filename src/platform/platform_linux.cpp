@@ -1,4 +1,5 @@
 #include <dlfcn.h>
+#include <link.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -36,6 +37,14 @@ ModuleLoad LoadModule(const char* path) {
 
 void UnloadModule(ModuleHandle module) {
   ::dlclose(module);
+}
+
+bool IsOwnModule(ModuleHandle module) {
+  Dl_info own{};
+  link_map* map = nullptr;
+  return ::dladdr(reinterpret_cast<const void*>(&IsOwnModule), &own) != 0 &&
+         ::dlinfo(module, RTLD_DI_LINKMAP, static_cast<void*>(&map)) == 0 &&
+         map->l_addr == reinterpret_cast<ElfW(Addr)>(own.dli_fbase);
 }
 
 void* FindExport(ModuleHandle module, const char* name) {

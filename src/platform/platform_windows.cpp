@@ -26,6 +26,14 @@ void UnloadModule(ModuleHandle module) {
   ::FreeLibrary(static_cast<HMODULE>(module));
 }
 
+bool IsOwnModule(ModuleHandle module) {
+  HMODULE own = nullptr;
+  ::GetModuleHandleExA(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<LPCSTR>(&IsOwnModule), &own);
+  return module == own;
+}
+
 void* FindExport(ModuleHandle module, const char* name) {
   return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(module), name));
 }
