@@ -109,7 +109,7 @@ class LineFormat {
         ++i;
         continue;
       }
-      if (count == pieces_.size()) {
+      if (count == sizeof...(Values)) {
         detail::FormatHasMoreConversionsThanValues();
       }
       FormatPiece& piece = pieces_[count++];

@@ -8,6 +8,8 @@
 namespace vextrel::platform {
 
 VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size) {
+  // An empty value leaves the last error of some earlier call in place.
+  ::SetLastError(ERROR_SUCCESS);
   const DWORD count = ::GetEnvironmentVariableA(name, buffer, size);
   if (count != 0) {
     return {count, 0};

@@ -1,0 +1,165 @@
+#include "calllog/line_log.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <log4cpp/Category.hh>
+#include <log4cpp/PatternLayout.hh>
+#include <log4cpp/StringQueueAppender.hh>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "calllog/guarded_memory.h"
+#include "support/proxy.h"
+
+namespace vextrel_test {
+namespace {
+
+using vextrel::LogError;
+using vextrel::LogInfo;
+using vextrel::LogWarn;
+using vextrel::Misplaced;
+using Lines = std::vector<std::string>;
+
+// A category of its own whose lines stay in memory as "PRIORITY message".
+class LineLog : public testing::Test {
+ protected:
+  LineLog()
+      : logger(log4cpp::Category::getInstance("line_log")),
+        appender_(new log4cpp::StringQueueAppender("memory")) {
+    auto* layout = new log4cpp::PatternLayout;
+    layout->setConversionPattern("%p %m");
+    appender_->setLayout(layout);
+    logger.setAdditivity(false);
+    logger.setPriority(log4cpp::Priority::DEBUG);
+    logger.addAppender(appender_);
+  }
+  ~LineLog() override { logger.removeAllAppenders(); }
+
+  [[nodiscard]] Lines TakeLines() {
+    Lines lines;
+    while (appender_->queueSize() > 0) {
+      lines.push_back(appender_->popMessage());
+    }
+    return lines;
+  }
+
+  // One line of each priority.
+  void LogThrice() {
+    LogInfo(logger, "call %u", 1U);
+    LogWarn(logger, "left %u", 2U);
+    LogError(logger, "wrong %u", 3U);
+  }
+
+  log4cpp::Category& logger;
+
+ private:
+  log4cpp::StringQueueAppender* appender_;  // owned by the category
+};
+
+TEST_F(LineLog, WritesEachLineAtItsPriority) {
+  LogThrice();
+  EXPECT_EQ(TakeLines(), (Lines{"INFO call 1", "WARN left 2", "ERROR wrong 3"}));
+}
+
+TEST_F(LineLog, WritesLinesWithoutValues) {
+  LogInfo(logger, "info");
+  LogWarn(logger, "warn");
+  LogError(logger, "error");
+  EXPECT_EQ(TakeLines(), (Lines{"INFO info", "WARN warn", "ERROR error"}));
+}
+
+TEST_F(LineLog, FormatsTheValues) {
+  LogInfo(logger, "%s=DSQueueBuffer(hDS=0x%p, hB=0x%p)", std::string("GC_ERR_SUCCESS"),
+          Handle(0x10), Handle(0xABCDEF));
+  EXPECT_EQ(TakeLines(), (Lines{"INFO GC_ERR_SUCCESS=DSQueueBuffer(hDS=0x0000000000000010, "
+                                "hB=0x0000000000ABCDEF)"}));
+}
+
+TEST_F(LineLog, KeepsPercentSignsOfValues) {
+  const char* text = "%s %n %p %% %m 100%";
+  LogInfo(logger, "%s", text);
+  LogWarn(logger, "%s", text);
+  LogError(logger, "%s", text);
+  EXPECT_EQ(TakeLines(), (Lines{"INFO %s %n %p %% %m 100%", "WARN %s %n %p %% %m 100%",
+                                "ERROR %s %n %p %% %m 100%"}));
+}
+
+TEST_F(LineLog, WritesLinesOfAnyLength) {
+  const std::string text(100'000, 'l');
+  LogInfo(logger, "<%s>", text);
+  EXPECT_EQ(TakeLines(), (Lines{"INFO <" + text + ">"}));
+}
+
+TEST_F(LineLog, WritesTheLineBreaksOfAValue) {
+  LogInfo(logger, "a%sb", std::string(",\n"));
+  EXPECT_EQ(TakeLines(), (Lines{"INFO a,\nb"}));
+}
+
+TEST_F(LineLog, WritesNothingBelowThePriorityOfTheCategory) {
+  const std::map<log4cpp::Priority::Value, Lines> expected = {
+      {log4cpp::Priority::DEBUG, {"INFO call 1", "WARN left 2", "ERROR wrong 3"}},
+      {log4cpp::Priority::INFO, {"INFO call 1", "WARN left 2", "ERROR wrong 3"}},
+      {log4cpp::Priority::NOTICE, {"WARN left 2", "ERROR wrong 3"}},
+      {log4cpp::Priority::WARN, {"WARN left 2", "ERROR wrong 3"}},
+      {log4cpp::Priority::ERROR, {"ERROR wrong 3"}},
+      {log4cpp::Priority::CRIT, {}},
+      {log4cpp::Priority::FATAL, {}},
+  };
+  for (const auto& [priority, lines] : expected) {
+    logger.setPriority(priority);
+    LogThrice();
+    EXPECT_EQ(TakeLines(), lines) << priority;
+  }
+}
+
+TEST_F(LineLog, FollowsThePriorityThatTheCategoryInherits) {
+  log4cpp::Category& child = log4cpp::Category::getInstance("line_log.child");
+  LogInfo(child, "seen");
+  logger.setPriority(log4cpp::Priority::ERROR);
+  LogInfo(child, "unseen");
+  EXPECT_EQ(TakeLines(), (Lines{"INFO seen"}));
+}
+
+TEST_F(LineLog, DoesNotReadTheValuesOfALineThatIsNotWritten) {
+  const GuardedMemory memory(1);
+  const void* unreadable = memory.forbidden();
+  logger.setPriority(log4cpp::Priority::FATAL);
+  LogInfo(logger, "%s", Misplaced(unreadable));
+  LogWarn(logger, "%s", Misplaced(unreadable));
+  LogError(logger, "%s", Misplaced(unreadable));
+  EXPECT_EQ(TakeLines(), Lines{});
+}
+
+TEST_F(LineLog, WritesLinesOfManyThreadsWhole) {
+  constexpr std::uint32_t kThreads = 4;
+  constexpr std::uint32_t kLinesPerThread = 500;
+  std::vector<std::thread> threads;
+  for (std::uint32_t number = 0; number < kThreads; ++number) {
+    threads.emplace_back([this, number] {
+      for (std::uint32_t i = 0; i < kLinesPerThread; ++i) {
+        LogInfo(logger, "%u:%u:%s", number, i, std::string(40, static_cast<char>('a' + number)));
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  Lines expected;
+  for (std::uint32_t number = 0; number < kThreads; ++number) {
+    for (std::uint32_t i = 0; i < kLinesPerThread; ++i) {
+      expected.push_back("INFO " + std::to_string(number) + ":" + std::to_string(i) + ":" +
+                         std::string(40, static_cast<char>('a' + number)));
+    }
+  }
+  Lines lines = TakeLines();
+  std::sort(lines.begin(), lines.end());
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(lines, expected);
+}
+
+}  // namespace
+}  // namespace vextrel_test
