@@ -53,7 +53,7 @@ class Handle {
   if (handle == nullptr) {
     throw Error(std::string(openedBy) + " succeeded but gave no handle.");
   }
-  return Handle(gentl, close, handle);
+  return {gentl, close, handle};
 }
 
 // Calls an opening function whose last parameter is the new handle. Throws Error.

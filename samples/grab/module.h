@@ -21,7 +21,7 @@ class Module {
   [[nodiscard]] void* Find(const char* name) const;
 
  private:
-  void* handle;
+  void* handle = nullptr;
 };
 
 // What separates the entries of GENICAM_GENTL64_PATH.

@@ -11,7 +11,7 @@ namespace grab {
 const std::filesystem::path::value_type kPathListSeparator = ':';
 
 // An absolute name, lest the loader look for a bare one in the library path.
-Module::Module(const std::filesystem::path& file) : handle(nullptr) {
+Module::Module(const std::filesystem::path& file) {
   const std::string absolute = std::filesystem::absolute(file).string();
   handle = dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {

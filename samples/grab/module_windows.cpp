@@ -40,7 +40,7 @@ namespace {
 
 const std::filesystem::path::value_type kPathListSeparator = L';';
 
-Module::Module(const std::filesystem::path& file) : handle(nullptr) {
+Module::Module(const std::filesystem::path& file) {
   // No message box for a damaged file; and a producer's own libraries lie beside it.
   SetErrorMode(SEM_FAILCRITICALERRORS);
   const std::filesystem::path absolute = std::filesystem::absolute(file).make_preferred();

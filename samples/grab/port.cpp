@@ -97,7 +97,7 @@ std::string Port::ReadDescription() const {
   std::size_t size = description.size();
   gentl.Do(gentl.GCReadPort, handle, local.address, static_cast<void*>(description.data()), &size);
   description.resize(std::min(size, description.size()));
-  const bool readable = description.find("<") != std::string::npos &&
+  const bool readable = description.find('<') != std::string::npos &&
                         !description.starts_with("PK");  // the mark of a ZIP file
   std::cout << "Description read, " << description.size() << " bytes"
             << (readable ? "" : ", compressed: no registers are looked up in it") << '\n';

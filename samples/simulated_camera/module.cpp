@@ -32,7 +32,7 @@ std::string LocalUrl(std::string_view name, uint64_t address, size_t size) {
   return "local:" + std::string(name) + ".xml;" + hex(address) + ";" + hex(size);
 }
 
-Module::Module(const ModuleKind& kind, std::string id, std::weak_ptr<Module> parent)
+Module::Module(const ModuleKind& kind, const std::string& id, std::weak_ptr<Module> parent)
     : Module(kind, id, std::move(parent), OwnRegisters(kind, id)) {}
 
 Module::Module(const ModuleKind& kind, std::string id, std::weak_ptr<Module> parent,

@@ -42,7 +42,7 @@ struct PortRegisters {
 class Module : public Object, public std::enable_shared_from_this<Module> {
  public:
   // A module whose registers hold its ID and its description.
-  Module(const ModuleKind& kind, std::string id, std::weak_ptr<Module> parent);
+  Module(const ModuleKind& kind, const std::string& id, std::weak_ptr<Module> parent);
   Module(const ModuleKind& kind, std::string id, std::weak_ptr<Module> parent,
          PortRegisters registers);
 
