@@ -1,0 +1,313 @@
+// GCInitLib, seen from outside.
+#include "lifecycle/library.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "lifecycle/library_fixture.h"
+
+namespace vextrel_test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+using InitLib = LibraryFixture;
+
+TEST_F(InitLib, WritesExactlyThreeLinesForATargetThatExportsEverything) {
+  Prepare();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()),
+                                       "INFO GenTL producer file version: '0.0.0.0'",
+                                       "INFO GC_ERR_SUCCESS=GCInitLib(void)"));
+}
+
+TEST_F(InitLib, WritesOneErrorLineMoreForATargetWithoutGCGetInfo) {
+  const auto target = ScriptedTargetWithout("GCGetInfo");
+  Prepare(target);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(target), kNoVersion,
+                                       "ERROR GCGetInfo not exported", kInitSucceeded));
+}
+
+TEST_F(InitLib, ForwardsOnceAndBindsEveryFunction) {
+  const HeldTarget target;
+  Prepare();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_EQ(target.script().calls, 1);
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(OpenTransportLayer(), 0);
+  EXPECT_EQ(target.script().calls, 2);
+  EXPECT_THAT(TakeLines(), ElementsAre(OpenLine("GC_ERR_SUCCESS")));
+}
+
+TEST_F(InitLib, ReportsAMissingVariableAndSucceeds) {
+  UseLogFile();
+  LoadProxy();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre("ERROR Vextrel Environment variable "
+                                       "GENICAM_GENTL64_VEXTREL_PRODUCER not found!"));
+}
+
+TEST_F(InitLib, LeavesTLOpenWithoutATableAfterAMissingVariable) {
+  UseLogFile();
+  LoadProxy();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+  EXPECT_THAT(TakeLines(), ElementsAre(OpenLine("GC_ERR_NOT_IMPLEMENTED")));
+}
+
+TEST_F(InitLib, TakesAnEmptyVariableAsMissing) {
+  UseLogFile();
+  SetVariable(kProducerVariable, "");
+  LoadProxy();
+  SetLastErrorValue(5);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(kProducerNotFound));
+}
+
+TEST_F(InitLib, LeavesABindingAloneWhenTheVariableIsMissingTheNextTime) {
+  const HeldTarget target;
+  Bind();
+  SetVariable(kProducerVariable, nullptr);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(kProducerNotFound));
+  EXPECT_EQ(OpenTransportLayer(), 0);
+  EXPECT_EQ(target.script().calls, 2);
+  SetVariable(kProducerVariable, ScriptedTargetPath().string().c_str());
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
+                                       kInitializedAlready, kInitSucceeded));
+}
+
+TEST_F(InitLib, ReportsAMissingFileWithTheLoadersErrorAndSucceeds) {
+  const std::string missing = (folder() / "missing.cti").string();
+  Prepare(missing);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing),
+                                       "ERROR Error 126 when loading the GenTL producer dll: '" +
+                                           missing + "'"));
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+}
+
+TEST_F(InitLib, ReportsAMissingFileUnderItsExpandedPath) {
+  SetVariable("VEXTREL_TEST_ROOT", folder().string().c_str());
+  Prepare("$(VEXTREL_TEST_ROOT)/missing.cti");
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  const std::string expanded = folder().string() + "/missing.cti";
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(expanded), LoadErrorLine(126, expanded)));
+}
+
+TEST_F(InitLib, ReportsAFileThatIsNoModule) {
+  const auto file = folder() / "text.cti";
+  WriteFile(file, std::string(5000, 'x'));
+  Prepare(file);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(file), LoadErrorLine(193, file.string())));
+}
+
+TEST_F(InitLib, ReportsAFolder) {
+  const auto target = folder() / "producers.cti";
+  std::filesystem::create_directory(target);
+  Prepare(target);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  const std::vector<std::string> lines = TakeLines();
+  ASSERT_EQ(lines.size(), 2);
+  EXPECT_EQ(lines[0], LoadingLine(target));
+  const int error = std::atoi(lines[1].substr(std::string("ERROR Error ").size()).c_str());
+  EXPECT_GT(error, 0);
+  EXPECT_EQ(lines[1], LoadErrorLine(error, target.string()));
+}
+
+TEST_F(InitLib, RefusesTheProxyItselfAsTheTarget) {
+  Prepare(ProxyPath());
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  const std::vector<std::string> lines = TakeLines();
+  ASSERT_EQ(lines.size(), 2);
+  EXPECT_EQ(lines[0], LoadingLine(ProxyPath()));
+  EXPECT_THAT(lines[1], StartsWith("ERROR "));
+  EXPECT_THAT(lines[1], HasSubstr(ProxyPath().string()));
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(proxy.GCCloseLib(), -1003);
+  EXPECT_THAT(TakeLines(), ElementsAre(kNotInitialized, kCloseNotImplemented));
+  UnloadProxy();
+  EXPECT_FALSE(IsModuleLoaded(ProxyPath())) << "it must not keep a reference to itself";
+}
+
+// A copy is another module to the loader, and refuses itself in its turn.
+TEST_F(InitLib, DoesNotRecurseThroughACopyOfTheProxy) {
+  const auto copy = folder() / "copy.cti";
+  std::filesystem::copy_file(ProxyPath(), copy);
+  Prepare(copy);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+  EXPECT_EQ(proxy.GCCloseLib(), -1003);
+  EXPECT_FALSE(IsModuleLoaded(copy));
+}
+
+TEST_F(InitLib, StaysUnboundAfterAFailedLoad) {
+  Prepare(folder() / "missing.cti");
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  UseTarget(ScriptedTargetPath());
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion, kInitSucceeded));
+  EXPECT_EQ(OpenTransportLayer(), 0);
+}
+
+TEST_F(InitLib, ReturnsAndNamesTheTargetsFailure) {
+  const HeldTarget target;
+  Prepare();
+  target.script().result = GC_ERR_IO;
+  EXPECT_EQ(proxy.GCInitLib(), -1010);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
+                                       "INFO GC_ERR_IO=GCInitLib(void)"));
+}
+
+TEST_F(InitLib, ShowsAResultThatHasNoName) {
+  const HeldTarget target;
+  Prepare();
+  target.script().result = -1016;
+  EXPECT_EQ(proxy.GCInitLib(), -1016);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
+                                       "INFO (Unknown GC_ERROR: -1016)=GCInitLib(void)"));
+}
+
+TEST_F(InitLib, KeepsTheTargetBoundAndCountsAsCalledAfterTheTargetsFailure) {
+  const HeldTarget target;
+  Prepare();
+  target.script().result = GC_ERR_IO;
+  EXPECT_EQ(proxy.GCInitLib(), -1010);
+  target.script().result = GC_ERR_SUCCESS;
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(OpenTransportLayer(), 0);
+  EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
+}
+
+TEST_F(InitLib, CountsAsCalledWithoutTheTargetsGCInitLib) {
+  const auto target = ScriptedTargetWithout("GCInitLib");
+  Prepare(target);
+  EXPECT_EQ(proxy.GCInitLib(), -1003);
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(target), kNoVersion, "ERROR GCInitLib not exported",
+                          "INFO GC_ERR_NOT_IMPLEMENTED=GCInitLib(void)"));
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
+}
+
+TEST_F(InitLib, ReportsASecondCallAndForwardsIt) {
+  const HeldTarget target;
+  Prepare();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  static_cast<void>(TakeLines());
+  target.script().result = GC_ERR_RESOURCE_IN_USE;
+  EXPECT_EQ(proxy.GCInitLib(), -1004);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
+                                       "ERROR GCInitLib() has already been called!",
+                                       "INFO GC_ERR_RESOURCE_IN_USE=GCInitLib(void)"));
+  EXPECT_EQ(target.script().calls, 2);
+}
+
+TEST_F(InitLib, ReportsASecondCallBehindTheMissingExports) {
+  const auto target = ScriptedTargetWithout("EventKill");
+  Bind(target);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(target), kNoVersion, "ERROR EventKill not exported",
+                          kInitializedAlready, kInitSucceeded));
+}
+
+TEST_F(InitLib, ASecondCallBindsToTheTargetThatIsNamedThen) {
+  Bind();
+  const auto other = ScriptedTargetWithout("TLOpen");
+  UseTarget(other);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(other), kNoVersion, "ERROR TLOpen not exported",
+                                       kInitializedAlready, kInitSucceeded));
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  EXPECT_FALSE(IsModuleLoaded(other));
+  EXPECT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
+}
+
+// What the log held while the target's GCInitLib ran.
+struct Watched {
+  static inline std::filesystem::path log;
+  static inline std::vector<std::string> lines;
+  static GC_ERROR Look() {
+    lines = SplitLines(ReadFile(log));
+    return GC_ERR_SUCCESS;
+  }
+};
+
+TEST_F(InitLib, CallsTheTargetBehindTheReportAndBeforeItsLine) {
+  const HeldTarget target;
+  Bind();
+  Watched::log = LogFile();
+  target.script().functions.GCInitLib = Watched::Look;
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  const std::vector<std::string> lines = LogLines();
+  ASSERT_EQ(Watched::lines.size(), lines.size() - 1);
+  EXPECT_EQ(Watched::lines.back(), kInitializedAlready);
+  EXPECT_EQ(lines.back(), kInitSucceeded);
+}
+
+TEST_F(InitLib, ShowsPercentSignsOfAPathAsTheyAre) {
+  const std::string missing = (folder() / "100%s%n%p.cti").string();
+  Prepare(missing);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing), LoadErrorLine(126, missing)));
+}
+
+TEST_F(InitLib, MayBePairedWithGCCloseLibDozensOfTimes) {
+  const HeldTarget target;
+  Prepare();
+  for (int round = 1; round <= 24; ++round) {
+    SCOPED_TRACE(round);
+    EXPECT_EQ(proxy.GCInitLib(), 0);
+    EXPECT_EQ(OpenTransportLayer(), 0);
+    EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
+    EXPECT_EQ(proxy.GCCloseLib(), 0);
+    EXPECT_EQ(target.script().calls, 4 * round);
+    EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
+                                         kInitSucceeded, OpenLine("GC_ERR_SUCCESS"),
+                                         "INFO GC_ERR_SUCCESS=TLClose(hTL=0x0000000000001000)",
+                                         kCloseSucceeded));
+  }
+}
+
+TEST_F(InitLib, IsNotNeededForACallNotToCrash) {
+  UseLogFile();
+  LoadProxy();
+  ForEachFunction([this](const char* name, auto slot) {
+    if (std::string(name) != "GCInitLib") {
+      EXPECT_EQ(CallWithZeros(proxy.*slot), -1003) << name;
+    }
+  });
+  EXPECT_THAT(LogLines(), IsEmpty());
+}
+
+TEST_F(InitLib, WorksAfterCallsThatCameTooEarly) {
+  Prepare();
+  EXPECT_EQ(OpenTransportLayer(), -1003);
+  EXPECT_EQ(proxy.GCCloseLib(), -1003);
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion, kInitSucceeded));
+}
+
+}  // namespace
+}  // namespace vextrel_test
