@@ -1,0 +1,43 @@
+// The memory behind the arguments of one call.
+#ifndef VEXTREL_TESTS_SESSION_MEMORY_H
+#define VEXTREL_TESTS_SESSION_MEMORY_H
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vextrel_test::session {
+
+// Each block is an allocation of its own and ends where its bytes end, so that a sanitizer sees who
+// reads beyond it.
+class Memory {
+ public:
+  // A block that holds `bytes`, `misalignment` bytes behind an aligned address.
+  unsigned char* Add(std::string_view bytes, std::size_t misalignment = 0);
+  // What a target writes when it is called; `to` is inside a block.
+  void WriteLater(void* to, std::string bytes);
+
+  void WriteNow();
+  // The bytes of all blocks.
+  [[nodiscard]] std::string Snapshot() const;
+  void Clear();
+
+ private:
+  struct Block {
+    std::unique_ptr<unsigned char[]> bytes;
+    std::size_t size;
+  };
+  struct Write {
+    void* to;
+    std::string bytes;
+  };
+
+  std::vector<Block> blocks_;
+  std::vector<Write> writes_;
+};
+
+}  // namespace vextrel_test::session
+
+#endif  // VEXTREL_TESTS_SESSION_MEMORY_H
