@@ -46,3 +46,11 @@ use_wine() {
     quietly wine-prefix "Wine could not make its prefix" bash -c 'wine wineboot -i; wineserver -w; test -d "$WINEPREFIX/drive_c"'
   fi
 }
+
+# For many short runs: starting Wine's services anew for each would cost more than the runs. The
+# services must not inherit a pipe that somebody reads to its end, so they are started here.
+keep_wine_running() {
+  trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
+  wineserver -p >/dev/null 2>&1 </dev/null || true
+  wine cmd /c exit >/dev/null 2>&1 </dev/null || true
+}
