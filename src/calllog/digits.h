@@ -63,8 +63,8 @@ class Digits {
   [[nodiscard]] static Digits Hex16(std::uint64_t value, std::string_view alphabet) noexcept {
     Digits digits;
     digits.size_ = 16;
-    for (std::size_t i = 16; i-- > 0; value >>= 4U) {
-      digits.text_[i] = alphabet[value & 0xFU];
+    for (std::size_t i = 0; i < 16; ++i) {
+      digits.text_[i] = alphabet[(value >> (60 - 4 * i)) & 0xFU];
     }
     return digits;
   }

@@ -88,6 +88,8 @@ consteval bool Fits(Conversion conversion) {
 
 }  // namespace detail
 
+inline constexpr std::size_t kMaxConversions = 16;
+
 // One conversion of a format, and the length of the literal text in front of it.
 struct FormatPiece {
   std::uint16_t literalSize;
@@ -98,6 +100,8 @@ struct FormatPiece {
 // A format that has been checked against values of these types.
 template <typename... Values>
 class LineFormat {
+  static_assert(sizeof...(Values) <= kMaxConversions);
+
  public:
   template <std::size_t Size>
   consteval LineFormat(const char (&text)[Size])  // NOLINT: a format is written as its text
