@@ -22,8 +22,6 @@ endfunction()
 function(vextrel_link_static_runtime target)
   if(MINGW)
     target_link_options(${target} PRIVATE -static)
-  elseif(MSVC)
-    set_target_properties(${target} PROPERTIES MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
   endif()
 endfunction()
 
