@@ -13,9 +13,9 @@ constexpr uint64_t kPixelFormatNamespacePfnc32 = 4;
 
 }  // namespace
 
-Buffer::Buffer(std::string id, std::weak_ptr<Module> stream, void* base, size_t size,
+Buffer::Buffer(const std::string& id, std::weak_ptr<Module> stream, void* base, size_t size,
                void* userPointer)
-    : Module(kKind, std::move(id), std::move(stream)),
+    : Module(kKind, id, std::move(stream)),
       memory_(base == nullptr ? std::make_unique<std::byte[]>(size) : nullptr),
       base_(base == nullptr ? memory_.get() : base),
       size_(size),

@@ -28,7 +28,8 @@ class Buffer : public Module {
   enum class Place { kUnqueued, kInput, kFilling, kOutput };
 
   // Memory of the consumer's, which has to outlive the announcement, or our own for a null `base`.
-  Buffer(std::string id, std::weak_ptr<Module> stream, void* base, size_t size, void* userPointer);
+  Buffer(const std::string& id, std::weak_ptr<Module> stream, void* base, size_t size,
+         void* userPointer);
 
   [[nodiscard]] void* Base() const noexcept { return base_; }
   [[nodiscard]] size_t Size() const noexcept { return size_; }

@@ -13,9 +13,9 @@ constexpr ModuleKind kKind{"TLDataStream", "StreamPort", "StreamID"};
 
 }  // namespace
 
-DataStream::DataStream(std::string id, std::weak_ptr<Module> device,
+DataStream::DataStream(const std::string& id, std::weak_ptr<Module> device,
                        std::shared_ptr<RemoteDevice> camera)
-    : Module(kKind, std::move(id), std::move(device)),
+    : Module(kKind, id, std::move(device)),
       camera_(std::move(camera)),
       output_(MakeOutputQueue()) {}
 

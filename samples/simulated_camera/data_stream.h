@@ -21,7 +21,8 @@ namespace simcam {
 // thread-safe. Lock order: tree, stream, event queue.
 class DataStream : public Module {
  public:
-  DataStream(std::string id, std::weak_ptr<Module> device, std::shared_ptr<RemoteDevice> camera);
+  DataStream(const std::string& id, std::weak_ptr<Module> device,
+             std::shared_ptr<RemoteDevice> camera);
 
   // A null `base` has the buffer allocated here. Throws GC_ERR_INVALID_PARAMETER for a size of
   // zero, GC_ERR_RESOURCE_IN_USE for memory announced before.

@@ -65,7 +65,7 @@ void RequireRange(T value, T lowest, T highest) {
 // The written value as EVENT_FEATURE_CHANGE tells it.
 std::string TextOf(const Register& target) {
   if (target.kind == Register::Kind::kText) {
-    return {target.content.data()};
+    return target.content.substr(0, target.content.find('\0'));
   }
   if (target.address == kFrameRate) {
     return std::to_string(As<double>(target.content.data()));

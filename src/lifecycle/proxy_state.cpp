@@ -15,7 +15,7 @@ void DeleteTable(Table*& table) {
 
 }  // namespace
 
-constinit ProxyState proxyState;
+ProxyState proxyState;
 
 log4cpp::Category& CallLogger() {
   return proxyState.logger != nullptr ? *proxyState.logger : GetLogger("Vextrel");

@@ -41,6 +41,7 @@ class ProcessAttachment {
   ProcessAttachment& operator=(const ProcessAttachment&) = delete;
 };
 
+// NOLINTNEXTLINE(cert-err58-cpp): without memory the module cannot be loaded anyway.
 const ProcessAttachment processAttachment;
 
 }  // namespace

@@ -74,7 +74,7 @@ class LastErrorGuard {
 
  private:
   int errno_;
-  std::uint32_t lastError_;
+  std::uint32_t lastError_ = 0;
 };
 
 }  // namespace vextrel::platform

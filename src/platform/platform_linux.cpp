@@ -67,7 +67,7 @@ std::unique_ptr<log4cpp::Appender> MakeDefaultAppender(const std::string& name) 
   return std::make_unique<log4cpp::OstreamAppender>(name, &std::cerr);
 }
 
-LastErrorGuard::LastErrorGuard() noexcept : errno_(errno), lastError_(0) {}
+LastErrorGuard::LastErrorGuard() noexcept : errno_(errno) {}
 
 LastErrorGuard::~LastErrorGuard() {
   errno = errno_;
