@@ -40,6 +40,8 @@ build_preset() {
 
 # Wine with a prefix of this checkout's own, made at the first use.
 use_wine() {
+  # Without a character set, Wine cannot see file names with other than ASCII letters.
+  export LC_ALL=C.UTF-8
   export WINEPREFIX=$vextrel_root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
   if [ ! -d "$WINEPREFIX/drive_c" ]; then
     mkdir -p "$WINEPREFIX"
