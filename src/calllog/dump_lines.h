@@ -1,6 +1,7 @@
 // The full lines of a byte dump, sixteen bytes each.
 //
-// Both functions are pure and thread-safe, and make the same text.
+// All functions read only what they are told to, and are thread-safe. The two that write lines make
+// the same text.
 #ifndef VEXTREL_CALLLOG_DUMP_LINES_H
 #define VEXTREL_CALLLOG_DUMP_LINES_H
 
