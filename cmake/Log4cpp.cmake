@@ -1,28 +1,8 @@
 # log4cpp 1.1.4, static, built from its release archive.
-#
-# scripts/setup puts the archive into the cache folder; without it, it is downloaded from upstream
-# once and kept there. The hash is checked either way.
 include(FetchContent)
+include("${CMAKE_CURRENT_LIST_DIR}/ReleaseArchive.cmake")
 
-include("${CMAKE_CURRENT_LIST_DIR}/Log4cppRelease.cmake")
-
-if(DEFINED ENV{VEXTREL_CACHE})
-  file(TO_CMAKE_PATH "$ENV{VEXTREL_CACHE}" vextrel_cache_default)
-elseif(DEFINED ENV{HOME})
-  set(vextrel_cache_default "$ENV{HOME}/.cache/vextrel")
-else()
-  set(vextrel_cache_default "${CMAKE_SOURCE_DIR}/build/cache")
-endif()
-set(VEXTREL_CACHE_DIR "${vextrel_cache_default}" CACHE PATH "Where downloaded archives are kept")
-set(vextrel_log4cpp_archive "${VEXTREL_CACHE_DIR}/log4cpp-1.1.4.tar.gz")
-
-if(NOT EXISTS "${vextrel_log4cpp_archive}")
-  message(STATUS "Downloading log4cpp 1.1.4")
-  file(MAKE_DIRECTORY "${VEXTREL_CACHE_DIR}")
-  set(FILE "${vextrel_log4cpp_archive}")
-  include("${CMAKE_CURRENT_LIST_DIR}/DownloadLog4cpp.cmake")
-endif()
-
+vextrel_find_release(LOG4CPP vextrel_log4cpp_archive)
 FetchContent_Declare(log4cpp
   URL "${vextrel_log4cpp_archive}"
   URL_HASH SHA256=${VEXTREL_LOG4CPP_SHA256}
