@@ -9,11 +9,15 @@
 #include <cstdint>
 #include <string_view>
 
+#include "calllog/hex_digits.h"
+
 namespace vextrel {
 
 // The digits of one number; `view` is valid as long as the object.
 class Digits {
  public:
+  static constexpr std::size_t kRoom = 24;
+
   [[nodiscard]] std::string_view view() const noexcept { return {text_.data(), size_}; }
 
   // Decimal, with a leading '-' for negative values.
@@ -37,16 +41,17 @@ class Digits {
   }
 
   // Exactly sixteen hexadecimal digits, zero-padded.
-  [[nodiscard]] static Digits UpperHex16(std::uint64_t value) noexcept {
-    return Hex16(value, "0123456789ABCDEF");
-  }
-  [[nodiscard]] static Digits LowerHex16(std::uint64_t value) noexcept {
-    return Hex16(value, "0123456789abcdef");
-  }
+  [[nodiscard]] static Digits UpperHex16(std::uint64_t value) noexcept { return Hex16(value, 'A'); }
+  [[nodiscard]] static Digits LowerHex16(std::uint64_t value) noexcept { return Hex16(value, 'a'); }
 
-  // An address as the log shows it: sixteen upper-case digits.
+  // An address as the log shows it: "0x" and sixteen upper-case digits.
   [[nodiscard]] static Digits Address(const void* address) noexcept {
-    return UpperHex16(reinterpret_cast<std::uintptr_t>(address));
+    Digits digits;
+    digits.text_[0] = '0';
+    digits.text_[1] = 'x';
+    digits.size_ = 2 + kHex16Size;
+    WriteHex16(reinterpret_cast<std::uintptr_t>(address), 'A', digits.text_.data() + 2);
+    return digits;
   }
 
  private:
@@ -60,16 +65,14 @@ class Digits {
     return digits;
   }
 
-  [[nodiscard]] static Digits Hex16(std::uint64_t value, std::string_view alphabet) noexcept {
+  [[nodiscard]] static Digits Hex16(std::uint64_t value, char ten) noexcept {
     Digits digits;
-    digits.size_ = 16;
-    for (std::size_t i = 0; i < 16; ++i) {
-      digits.text_[i] = alphabet[(value >> (60 - 4 * i)) & 0xFU];
-    }
+    digits.size_ = kHex16Size;
+    WriteHex16(value, ten, digits.text_.data());
     return digits;
   }
 
-  std::array<char, 24> text_;
+  std::array<char, kRoom> text_;
   std::size_t size_ = 0;
 };
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #if defined(__GNUC__) && defined(__x86_64__)
-#include <tmmintrin.h>
+#include <immintrin.h>
 #define VEXTREL_DUMP_WITH_VECTORS 1
 #endif
 
@@ -38,46 +38,59 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kFrame = [] {
   return frame;
 }();
 
-// For each vector of a line, which digit goes where: digits come in two vectors of eight bytes'
-// pairs, the lower half (0) and the upper half (1). A byte with its high bit set leaves a zero.
-constexpr std::array<std::array<VectorBytes, kVectorsPerLine>, 2> kPlaces = [] {
-  std::array<std::array<VectorBytes, kVectorsPerLine>, 2> places{};
-  for (std::size_t half = 0; half < 2; ++half) {
-    for (std::size_t i = 0; i < kVectorSize * kVectorsPerLine; ++i) {
-      const std::size_t digit = i / kDumpItemSize * 2 + (i % kDumpItemSize == 3 ? 1 : 0);
-      const bool isDigit = i % kDumpItemSize == 2 || i % kDumpItemSize == 3;
-      const bool isHere = isDigit && digit / kVectorSize == half;
-      places[half][i / kVectorSize][i % kVectorSize] =
-          isHere ? static_cast<char>(digit % kVectorSize) : static_cast<char>(-128);
-    }
+// For each vector of a line, which digit goes where, counted from the first digit of its source:
+// kFirstDigits. A byte with its high bit set leaves a zero.
+constexpr std::array<std::size_t, kVectorsPerLine> kFirstDigits = {0, 0, 12, 16, 16};
+constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
+  std::array<VectorBytes, kVectorsPerLine> places{};
+  for (std::size_t i = 0; i < kVectorSize * kVectorsPerLine; ++i) {
+    const std::size_t digit = i / kDumpItemSize * 2 + (i % kDumpItemSize == 3 ? 1 : 0);
+    const bool isDigit = i % kDumpItemSize == 2 || i % kDumpItemSize == 3;
+    places[i / kVectorSize][i % kVectorSize] =
+        isDigit ? static_cast<char>(digit - kFirstDigits[i / kVectorSize])
+                : static_cast<char>(-128);
   }
   return places;
 }();
 
-__m128i LoadVector(const void* bytes) noexcept {
-  return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
+// Sixteen bytes, twice.
+[[gnu::target("avx2")]] __m256i LoadTwice(const void* bytes) noexcept {
+  return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(bytes)));
 }
 
-[[gnu::target("ssse3")]] char* WriteDumpLinesWithVectors(const std::uint8_t* bytes,
-                                                         std::size_t lines, char* text) noexcept {
-  const __m128i digits = LoadVector("0123456789abcdef");
-  const __m128i lowBits = _mm_set1_epi8(0x0F);
-  for (; lines > 0; --lines) {
-    const __m128i input = LoadVector(bytes);
-    const __m128i high = _mm_shuffle_epi8(digits, _mm_and_si128(_mm_srli_epi16(input, 4), lowBits));
-    const __m128i low = _mm_shuffle_epi8(digits, _mm_and_si128(input, lowBits));
-    const __m128i lower = _mm_unpacklo_epi8(high, low);
-    const __m128i upper = _mm_unpackhi_epi8(high, low);
-    for (std::size_t i = 0; i < kVectorsPerLine; ++i) {
-      const __m128i placed =
-          _mm_or_si128(_mm_shuffle_epi8(lower, LoadVector(kPlaces[0][i].data())),
-                       _mm_shuffle_epi8(upper, LoadVector(kPlaces[1][i].data())));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(text),
-                       _mm_or_si128(placed, LoadVector(kFrame[i].data())));
-      text += kVectorSize;
-    }
-    *text++ = '\n';
-    bytes += kBytesPerDumpLine;
+// Two lines at a time, one in each half of a vector.
+[[gnu::target("avx2")]] void WriteTwoDumpLines(const std::uint8_t* bytes, char* text) noexcept {
+  const __m256i digits = LoadTwice("0123456789abcdef");
+  const __m256i lowBits = _mm256_set1_epi8(0x0F);
+  const __m256i input = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
+  const __m256i high =
+      _mm256_shuffle_epi8(digits, _mm256_and_si256(_mm256_srli_epi16(input, 4), lowBits));
+  const __m256i low = _mm256_shuffle_epi8(digits, _mm256_and_si256(input, lowBits));
+  const __m256i first = _mm256_unpacklo_epi8(high, low);
+  const __m256i last = _mm256_unpackhi_epi8(high, low);
+  // The third vector takes digits 12 to 19, from both.
+  const __m256i middle = _mm256_alignr_epi8(last, first, 12);
+  const __m256i sources[kVectorsPerLine] = {first, first, middle, last, last};
+  char* second = text + kDumpLineSize;
+  for (std::size_t i = 0; i < kVectorsPerLine; ++i) {
+    const __m256i placed = _mm256_or_si256(
+        _mm256_shuffle_epi8(sources[i], LoadTwice(kPlaces[i].data())), LoadTwice(kFrame[i].data()));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(text + i * kVectorSize),
+                     _mm256_castsi256_si128(placed));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(second + i * kVectorSize),
+                     _mm256_extracti128_si256(placed, 1));
+  }
+  text[kDumpLineSize - 1] = '\n';
+  second[kDumpLineSize - 1] = '\n';
+}
+
+// An even number of lines.
+[[gnu::target("avx2")]] char* WriteDumpLinesWithVectors(const std::uint8_t* bytes,
+                                                        std::size_t lines, char* text) noexcept {
+  for (; lines > 0; lines -= 2) {
+    WriteTwoDumpLines(bytes, text);
+    bytes += 2 * kBytesPerDumpLine;
+    text += 2 * kDumpLineSize;
   }
   return text;
 }
@@ -93,6 +106,10 @@ char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) n
   return text;
 }
 
+char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept {
+  return std::copy_n(kItems[byte].data(), kDumpItemSize - 1, text);
+}
+
 char* WriteDumpLinesPlainly(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept {
   for (; lines > 0; --lines) {
     text = WriteDumpItems(bytes, kBytesPerDumpLine, text);
@@ -104,8 +121,11 @@ char* WriteDumpLinesPlainly(const std::uint8_t* bytes, std::size_t lines, char* 
 
 char* WriteDumpLines(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept {
 #if defined(VEXTREL_DUMP_WITH_VECTORS)
-  if (__builtin_cpu_supports("ssse3") != 0) {
-    return WriteDumpLinesWithVectors(bytes, lines, text);
+  if (__builtin_cpu_supports("avx2") != 0) {
+    const std::size_t even = lines / 2 * 2;
+    text = WriteDumpLinesWithVectors(bytes, even, text);
+    bytes += even * kBytesPerDumpLine;
+    lines -= even;
   }
 #endif
   return WriteDumpLinesPlainly(bytes, lines, text);

@@ -17,6 +17,9 @@ inline constexpr std::size_t kDumpLineSize = kBytesPerDumpLine * kDumpItemSize +
 // Writes `count` items, each with its comma, and returns where they end.
 char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) noexcept;
 
+// Writes one item without its comma, and returns where it ends.
+char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept;
+
 // Writes `lines` lines of sixteen items, each item with its comma and each line with its line feed,
 // and returns where they end. Takes the fastest way that the processor knows.
 char* WriteDumpLines(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept;

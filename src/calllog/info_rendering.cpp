@@ -22,20 +22,21 @@ Value ReadAs(const void* pBuffer) {
 
 template <typename Number>
 RenderedText RenderNumber(const void* pBuffer) {
-  return {Digits::Decimal(ReadAs<Number>(pBuffer)).view()};
+  return RenderedText(Digits::Decimal(ReadAs<Number>(pBuffer)));
 }
 
 }  // namespace
 
 RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_t /*iSize*/) {
   if (type == INFO_DATATYPE_STRINGLIST) {
-    return {"STRINGLIST"};  // Never expanded, not even looked at for null, on purpose.
+    return RenderedText::Name(
+        "STRINGLIST");  // Never expanded, not even looked at for null, on purpose.
   }
   if (type < INFO_DATATYPE_UNKNOWN || type > kNamelessUint32) {
     return {"(Unknown INFO_DATATYPE: ", Digits::Decimal(type).view(), ")"};
   }
   if (pBuffer == nullptr) {
-    return {"NULL"};
+    return RenderedText::Name("NULL");
   }
   switch (type) {
     case INFO_DATATYPE_STRING:
@@ -52,9 +53,9 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
     case kNamelessUint32:
       return RenderNumber<std::uint32_t>(pBuffer);
     case INFO_DATATYPE_FLOAT64:
-      return {Digits::General(ReadAs<double>(pBuffer)).view()};
+      return RenderedText(Digits::General(ReadAs<double>(pBuffer)));
     case INFO_DATATYPE_BOOL8:
-      return {ReadAs<std::uint8_t>(pBuffer) != 0 ? "1" : "0"};
+      return RenderedText::Name(ReadAs<std::uint8_t>(pBuffer) != 0 ? "1" : "0");
     case INFO_DATATYPE_SIZET:
       return RenderNumber<std::uint64_t>(pBuffer);
     case INFO_DATATYPE_BUFFER:
@@ -68,27 +69,27 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
 
 RenderedText RenderAddress(const void* address) {
   if (address == nullptr) {
-    return {"NULL"};
+    return RenderedText::Name("NULL");
   }
-  return {"0x", Digits::Address(address).view()};
+  return RenderedText(Digits::Address(address));
 }
 
 RenderedText RenderPointerSlot(const void* const* slot) {
   if (slot == nullptr) {
-    return {"NULL"};
+    return RenderedText::Name("NULL");
   }
   const void* stored = *slot;
   if (stored == nullptr) {
     // No blank here, but one in front of an address: the form is required.
-    return {"0x", Digits::Address(static_cast<const void*>(slot)).view(), "(NULL)"};
+    return {Digits::Address(static_cast<const void*>(slot)).view(), "(NULL)"};
   }
-  return {"0x", Digits::Address(static_cast<const void*>(slot)).view(), " (0x",
+  return {Digits::Address(static_cast<const void*>(slot)).view(), " (",
           Digits::Address(stored).view(), ")"};
 }
 
 RenderedText RenderBufferValue(const void* pBuffer) {
   if (pBuffer == nullptr) {
-    return {"NULL"};
+    return RenderedText::Name("NULL");
   }
   // The content stands where an address would be expected: required, odd as it is.
   const auto* text = static_cast<const char*>(pBuffer);

@@ -6,195 +6,86 @@
 //   %p             sixteen upper-case hexadecimal digits without a prefix
 //   %u %lu %d %x   32 bits: longer values show their low 32 bits
 //   %llx           64 bits
-// A format is checked against its values when it is compiled: as many values as conversions, each
-// of a kind that its conversion takes. What is irregular on purpose has to say so, see NoValue and
-// Misplaced.
 #ifndef VEXTREL_CALLLOG_LINE_FORMAT_H
 #define VEXTREL_CALLLOG_LINE_FORMAT_H
 
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
-#include "calllog/rendered_text.h"
+#include "calllog/checked_format.h"
+#include "calllog/digits.h"
+#include "calllog/format_value.h"
+#include "calllog/line_writer.h"
 
 namespace vextrel {
-
-// Stands for the value of a conversion that gets none: it is zero.
-struct NoValue {};
-inline constexpr NoValue noValue;
-
-// Declares a value that lands under a conversion which is not meant for it. A number under %s shows
-// in decimal and is never followed; an address under %s shows the bytes that lie there; a text
-// under %p or %u shows where it lies.
-template <typename Value>
-struct Misplaced {
-  const Value& value;
-  explicit Misplaced(const Value& misplaced) : value(misplaced) {}
-};
-
-enum class Conversion : std::uint8_t { Text, Pointer, Unsigned32, Signed32, Hex32, Hex64 };
-
 namespace detail {
 
-// Called where a format is wrong, which a constant expression can't do: the compiler's message
-// names the function.
-void FormatHasMoreConversionsThanValues();
-void FormatHasFewerConversionsThanValues();
-void FormatHasAnUnknownConversion();
-void ValueDoesNotFitItsConversion();
+inline constexpr std::size_t kMaxDigits = 20;
 
-enum class ValueKind : std::uint8_t { Text, Pointer, Number, Any };
+// How many characters a value needs beyond kMaxDigits.
+VEXTREL_ALWAYS_INLINE std::size_t MeasureText(Conversion conversion, const FormatValue& value) {
+  return conversion == Conversion::Text && !value.isNumber() ? value.TextSize() : 0;
+}
 
-template <typename Value>
-struct KindOf;
-template <typename Value>
-requires std::integral<Value>
-struct KindOf<Value> : std::integral_constant<ValueKind, ValueKind::Number> {
-};
-template <typename Value>
-struct KindOf<Value*> : std::integral_constant<ValueKind, ValueKind::Pointer> {};
-template <>
-struct KindOf<char*> : std::integral_constant<ValueKind, ValueKind::Text> {};
-template <>
-struct KindOf<const char*> : std::integral_constant<ValueKind, ValueKind::Text> {};
-template <>
-struct KindOf<RenderedText> : std::integral_constant<ValueKind, ValueKind::Text> {};
-template <>
-struct KindOf<std::string> : std::integral_constant<ValueKind, ValueKind::Text> {};
-template <>
-struct KindOf<NoValue> : std::integral_constant<ValueKind, ValueKind::Any> {};
-template <typename Value>
-struct KindOf<Misplaced<Value>> : std::integral_constant<ValueKind, ValueKind::Any> {};
-
-template <typename Value>
-consteval bool Fits(Conversion conversion) {
-  constexpr ValueKind kind = KindOf<Value>::value;
-  constexpr bool isCharPointer = std::same_as<Value, char*> || std::same_as<Value, const char*>;
+// `textSize` is what MeasureText says of it.
+template <typename Writer>
+VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
+                                       const FormatValue& value, std::size_t textSize) {
+  const auto low32 = static_cast<std::uint32_t>(value.bits());
   switch (conversion) {
     case Conversion::Text:
-      return kind == ValueKind::Text || kind == ValueKind::Any;
+      if (value.isNumber()) {
+        line.Append(Digits::Decimal(value.bits()));
+      } else if (value.isDump()) {
+        line.Append(value.dump());
+      } else {
+        line.Append(value.text(textSize));
+      }
+      break;
     case Conversion::Pointer:
-      return kind == ValueKind::Pointer || kind == ValueKind::Any || isCharPointer;
-    default:
-      return kind == ValueKind::Number || kind == ValueKind::Any;
+      line.AppendPointer(value.bits());
+      break;
+    case Conversion::Unsigned32:
+      line.Append(Digits::Decimal(low32));
+      break;
+    case Conversion::Signed32:
+      line.Append(Digits::Decimal(static_cast<std::int32_t>(low32)));
+      break;
+    case Conversion::Hex32:
+      line.Append(Digits::Hex(low32));
+      break;
+    case Conversion::Hex64:
+      line.Append(Digits::Hex(value.bits()));
+      break;
   }
 }
 
+// Takes the piece off `format`.
+template <typename Writer>
+VEXTREL_ALWAYS_INLINE void AppendPiece(Writer& line, std::string_view& format,
+                                       const FormatPiece& piece, const FormatValue& value,
+                                       std::size_t textSize) {
+  line.AppendLiteral(format.substr(0, piece.literalSize));
+  AppendValue(line, piece.conversion, value, textSize);
+  format.remove_prefix(std::size_t{piece.literalSize} + piece.conversionSize);
+}
+
+// Calls step(0) to step(count - 1), each with its number as a constant.
+template <std::size_t count, typename Step>
+VEXTREL_ALWAYS_INLINE void Repeat(Step step) {
+  [&]<std::size_t... index>(std::index_sequence<index...>) {
+    (step(std::integral_constant<std::size_t, index>()), ...);
+  }
+  (std::make_index_sequence<count>());
+}
+
 }  // namespace detail
-
-inline constexpr std::size_t kMaxConversions = 16;
-
-// One conversion of a format, and the length of the literal text in front of it.
-struct FormatPiece {
-  std::uint16_t literalSize;
-  std::uint16_t conversionSize;
-  Conversion conversion;
-};
-
-// A format that has been checked against values of these types.
-template <typename... Values>
-class LineFormat {
-  static_assert(sizeof...(Values) <= kMaxConversions);
-
- public:
-  template <std::size_t Size>
-  consteval LineFormat(const char (&text)[Size])  // NOLINT: a format is written as its text
-      : text_(text, Size - 1) {
-    std::size_t count = 0;
-    std::size_t literalBegin = 0;
-    for (std::size_t i = 0; i < text_.size();) {
-      if (text_[i] != '%') {
-        ++i;
-        continue;
-      }
-      if (count == sizeof...(Values)) {
-        detail::FormatHasMoreConversionsThanValues();
-      }
-      FormatPiece& piece = pieces_[count++];
-      piece = Parse(text_.substr(i));
-      piece.literalSize = static_cast<std::uint16_t>(i - literalBegin);
-      i += piece.conversionSize;
-      literalBegin = i;
-    }
-    if (count != sizeof...(Values)) {
-      detail::FormatHasFewerConversionsThanValues();
-    }
-    std::size_t index = 0;
-    if (!(detail::Fits<Values>(pieces_[index++].conversion) && ...)) {
-      detail::ValueDoesNotFitItsConversion();
-    }
-  }
-
-  [[nodiscard]] std::string_view text() const noexcept { return text_; }
-  [[nodiscard]] std::span<const FormatPiece> pieces() const noexcept {
-    return {pieces_.data(), sizeof...(Values)};
-  }
-
- private:
-  static consteval FormatPiece Parse(std::string_view text) {
-    struct Known {
-      std::string_view text;
-      Conversion conversion;
-    };
-    constexpr Known known[] = {
-        {"%s", Conversion::Text},       {"%p", Conversion::Pointer},
-        {"%u", Conversion::Unsigned32}, {"%lu", Conversion::Unsigned32},
-        {"%d", Conversion::Signed32},   {"%x", Conversion::Hex32},
-        {"%llx", Conversion::Hex64},
-    };
-    for (const Known& each : known) {
-      if (text.starts_with(each.text)) {
-        return {0, static_cast<std::uint16_t>(each.text.size()), each.conversion};
-      }
-    }
-    detail::FormatHasAnUnknownConversion();
-    return {};
-  }
-
-  std::string_view text_;
-  std::array<FormatPiece, sizeof...(Values) + 1> pieces_{};
-};
-
-// A value on its way into a line: its bits as a number or an address, and for texts of a known
-// length also that length.
-class FormatValue {
- public:
-  FormatValue(NoValue /*none*/) noexcept {}  // NOLINT(google-explicit-constructor)
-  template <std::integral Number>
-  FormatValue(Number number) noexcept  // NOLINT(google-explicit-constructor)
-      : bits_(static_cast<std::uint64_t>(number)), shape_(Shape::Number) {}
-  FormatValue(const volatile void* address) noexcept  // NOLINT(google-explicit-constructor)
-      : bits_(reinterpret_cast<std::uintptr_t>(address)) {}
-  FormatValue(std::string_view text) noexcept  // NOLINT(google-explicit-constructor)
-      : bits_(reinterpret_cast<std::uintptr_t>(text.data())),
-        size_(text.size()),
-        shape_(Shape::SizedText) {}
-  FormatValue(const RenderedText& text) noexcept  // NOLINT(google-explicit-constructor)
-      : FormatValue(text.view()) {}
-  FormatValue(const std::string& text) noexcept  // NOLINT(google-explicit-constructor)
-      : FormatValue(std::string_view(text)) {}
-  template <typename Value>
-  FormatValue(const Misplaced<Value>& misplaced) noexcept  // NOLINT(google-explicit-constructor)
-      : FormatValue(misplaced.value) {}
-
-  [[nodiscard]] std::uint64_t bits() const noexcept { return bits_; }
-  [[nodiscard]] bool isNumber() const noexcept { return shape_ == Shape::Number; }
-  // What %s shows of a value that is no number.
-  [[nodiscard]] std::string_view text() const noexcept;
-
- private:
-  enum class Shape : std::uint8_t { Address, SizedText, Number };
-
-  std::uint64_t bits_ = 0;
-  std::size_t size_ = 0;
-  Shape shape_ = Shape::Address;
-};
 
 // The line that `text`, divided into `pieces`, makes of `values`: as many values as pieces.
 [[nodiscard]] std::string FormatLine(std::string_view text, std::span<const FormatPiece> pieces,
@@ -205,6 +96,31 @@ template <typename... Values>
                                      const Values&... values) {
   const std::array<FormatValue, sizeof...(Values)> all = {FormatValue(values)...};
   return FormatLine(format.text(), format.pieces(), all);
+}
+
+// The same line, in one straight row of copies: for the calls' lines, whose making every call pays
+// for. For what is written seldom the function above is the smaller one.
+template <FormatText text, typename... Values>
+[[nodiscard]] VEXTREL_ALWAYS_INLINE std::string FormatLine(KnownFormat<text> /*format*/,
+                                                           const Values&... values) {
+  constexpr const LineFormat<Values...>& format = KnownFormat<text>::template of<Values...>;
+  constexpr std::size_t count = sizeof...(Values);
+  const std::array<FormatValue, count> all = {FormatValue(values)...};
+  std::array<std::size_t, count> textSizes;  // NOLINT: written before it is read
+  std::size_t size = format.text().size() + count * detail::kMaxDigits;
+  detail::Repeat<count>([&](auto index) {
+    size += textSizes[index] = detail::MeasureText(format.pieces()[index].conversion, all[index]);
+  });
+  if (size > ShortLineWriter::kSize) {
+    return FormatLine(format.text(), format.pieces(), all);
+  }
+  ShortLineWriter line;
+  std::string_view rest = format.text();
+  detail::Repeat<count>([&](auto index) {
+    detail::AppendPiece(line, rest, format.pieces()[index], all[index], textSizes[index]);
+  });
+  line.AppendLiteral(rest);
+  return line.Take();
 }
 
 }  // namespace vextrel

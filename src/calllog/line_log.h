@@ -6,18 +6,50 @@
 #ifndef VEXTREL_CALLLOG_LINE_LOG_H
 #define VEXTREL_CALLLOG_LINE_LOG_H
 
+#include <array>
 #include <log4cpp/Category.hh>
 #include <type_traits>
 
 #include "calllog/line_format.h"
+#include "calllog/line_writer.h"
+#include "calllog/port_rendering.h"
 
 namespace vextrel {
+
+namespace detail {
+
+// What was going to be rendered in the line: whether a line is written must not change which memory
+// is read.
+inline void RenderUnlogged(const ByteDump& dump) {
+  std::array<char, ShortLineWriter::kSize> text;  // NOLINT: nobody reads it
+  if (dump.size() <= text.size()) {
+    dump.Write(text.data());
+  } else {
+    static_cast<void>(RenderByteDump(dump.pBuffer, dump.iSize));
+  }
+}
+template <typename Value>
+void RenderUnlogged(const Value& /*rendered*/) noexcept {}
+
+}  // namespace detail
 
 template <typename... Values>
 void LogInfo(log4cpp::Category& logger, LineFormat<std::type_identity_t<Values>...> format,
              const Values&... values) {
   if (logger.isInfoEnabled()) {
     logger.info(FormatLine<Values...>(format, values...));
+  }
+}
+
+// The line of a call: a format written as "..."_line is part of the code, which is fast. Every call
+// pays for it, and renders its values even if no line is written.
+template <FormatText text, typename... Values>
+VEXTREL_ALWAYS_INLINE void LogInfo(log4cpp::Category& logger, KnownFormat<text> format,
+                                   const Values&... values) {
+  if (logger.isInfoEnabled()) {
+    logger.info(FormatLine(format, values...));
+  } else {
+    (detail::RenderUnlogged(values), ...);
   }
 }
 

@@ -1,7 +1,6 @@
 #include "calllog/port_rendering.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 
 #include "calllog/digits.h"
@@ -10,46 +9,54 @@
 namespace vextrel {
 namespace {
 
-constexpr std::size_t kLinesPerChunk = 50;  // a chunk stays in the processor's nearest cache
-
-constexpr std::size_t DumpSize(std::size_t bytes) {
-  return bytes == 0 ? 0 : bytes * kDumpItemSize - 1 + bytes / kBytesPerDumpLine;
-}
-
-void AppendByteDump(std::string& text, const void* pBuffer, std::size_t iSize) {
-  if (pBuffer == nullptr || iSize == 0) {
-    return;
-  }
-  const auto* bytes = static_cast<const std::uint8_t*>(pBuffer);
-  std::array<char, kLinesPerChunk * kDumpLineSize> chunk;  // NOLINT: written before it is read
-  std::size_t lines = iSize / kBytesPerDumpLine;
-  const std::size_t rest = iSize % kBytesPerDumpLine;
-  while (lines > 0) {
-    const std::size_t count = std::min(lines, kLinesPerChunk);
-    char* end = WriteDumpLines(bytes, count, chunk.data());
-    bytes += count * kBytesPerDumpLine;
-    lines -= count;
-    if (lines == 0 && rest == 0) {
-      // No comma behind the last byte, but its line feed stays.
-      end[-2] = '\n';
-      --end;
-    }
-    text.append(chunk.data(), end);
-  }
-  if (rest > 0) {
-    char* end = WriteDumpItems(bytes, rest, chunk.data());
-    text.append(chunk.data(), end - 1);
-  }
-}
+constexpr std::size_t kLinesPerChunk = 200;  // a chunk's text stays in the nearest cache
 
 }  // namespace
 
-std::string RenderByteDump(const void* pBuffer, std::size_t iSize) {
-  std::string text;
-  if (pBuffer != nullptr) {
-    text.reserve(DumpSize(iSize) + 1);
+std::size_t ByteDump::size() const noexcept {
+  const bool isEmpty = pBuffer == nullptr || iSize == 0;
+  return isEmpty ? 0 : iSize * kDumpItemSize - 1 + iSize / kBytesPerDumpLine;
+}
+
+char* ByteDump::Write(char* text) const noexcept {
+  if (pBuffer == nullptr || iSize == 0) {
+    return text;
   }
-  AppendByteDump(text, pBuffer, iSize);
+  // The last item has no comma, so its line is not one of the full lines.
+  const auto* bytes = static_cast<const std::uint8_t*>(pBuffer);
+  const std::size_t last = iSize - 1;
+  const std::size_t lines = last / kBytesPerDumpLine;
+  text = WriteDumpLines(bytes, lines, text);
+  const std::size_t begin = lines * kBytesPerDumpLine;
+  text = WriteDumpItems(bytes + begin, last - begin, text);
+  text = WriteLastDumpItem(bytes[last], text);
+  if (iSize % kBytesPerDumpLine == 0) {
+    *text++ = '\n';
+  }
+  return text;
+}
+
+void ByteDump::AppendTo(std::string& text) const {
+  const auto appendRoom = [&text](std::size_t size) {
+    text.append(size, '\0');
+    return text.data() + text.size() - size;
+  };
+  const auto* bytes = static_cast<const std::uint8_t*>(pBuffer);
+  std::size_t left = pBuffer == nullptr ? 0 : iSize;
+  while (left > kLinesPerChunk * kBytesPerDumpLine) {
+    WriteDumpLines(bytes, kLinesPerChunk, appendRoom(kLinesPerChunk * kDumpLineSize));
+    bytes += kLinesPerChunk * kBytesPerDumpLine;
+    left -= kLinesPerChunk * kBytesPerDumpLine;
+  }
+  const ByteDump last{bytes, left};
+  last.Write(appendRoom(last.size()));
+}
+
+std::string RenderByteDump(const void* pBuffer, std::size_t iSize) {
+  const ByteDump dump{pBuffer, iSize};
+  std::string text;
+  text.reserve(dump.size() + 1);
+  dump.AppendTo(text);
   text.push_back('\0');
   return text;
 }
@@ -64,7 +71,7 @@ std::string RenderPortData(const PORT_REGISTER_STACK_ENTRY* pEntries, std::size_
     text.append("Address[").append(Digits::Hex(static_cast<std::uint32_t>(i)).view());
     text.append("], 0x").append(Digits::LowerHex16(entry.Address).view());
     text.append("->(Buffer='");
-    AppendByteDump(text, entry.pBuffer, entry.Size);
+    ByteDump{entry.pBuffer, entry.Size}.AppendTo(text);
     text.append("'), iSize=").append(Digits::Hex(entry.Size).view()).append(";");
   }
   text.push_back('\0');

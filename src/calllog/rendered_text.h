@@ -5,36 +5,52 @@
 #include <array>
 #include <cstddef>
 #include <initializer_list>
-#include <memory>
 #include <string_view>
+
+#include "calllog/digits.h"
 
 namespace vextrel {
 
-// An immutable text that ends with one NUL character, which counts in its size. Names, numbers and
-// addresses, which every traced call renders, live in the object itself; only a longer text is
-// allocated. May hold further NUL characters; as a C string it then shows what stands before the
-// first.
+// An immutable text that ends with one NUL character, which counts in its size. Names are not
+// copied, and numbers and addresses live in the object itself: what every traced call renders is
+// not allocated, only a longer text is. May hold further NUL characters; as a C string it then
+// shows what stands before the first.
 //
 // Immutable and without shared state: may be read from any thread.
 class RenderedText {
  public:
   // The parts joined, and the NUL.
   RenderedText(std::initializer_list<std::string_view> parts);
-  ~RenderedText() = default;
+  // The same text as of {digits.view()}.
+  explicit RenderedText(const Digits& digits) noexcept;
+  // A text that is never destroyed and has a NUL character behind its end, and none before.
+  [[nodiscard]] static RenderedText Name(std::string_view name) noexcept {
+    return RenderedText(name.data(), name.size());
+  }
+  ~RenderedText() {
+    if (isAllocated_) {
+      delete[] text_;
+    }
+  }
   RenderedText(const RenderedText&) = delete;
   RenderedText& operator=(const RenderedText&) = delete;
 
   // Everything, the final NUL included.
-  [[nodiscard]] std::string_view view() const noexcept { return {c_str(), size_}; }
-  [[nodiscard]] const char* c_str() const noexcept {
-    return allocated_ != nullptr ? allocated_.get() : inline_.data();
-  }
+  [[nodiscard]] std::string_view view() const noexcept { return {text_, size_}; }
+  [[nodiscard]] const char* c_str() const noexcept { return text_; }
+  // What it shows as a C string.
+  [[nodiscard]] std::string_view shown() const noexcept { return {text_, shownSize_}; }
 
  private:
   static constexpr std::size_t kInlineSize = 64;
 
+  RenderedText(const char* name, std::size_t length) noexcept  // NOLINT: inline_ is not used
+      : text_(name), size_(length + 1), shownSize_(length) {}
+
+  const char* text_ = nullptr;
   std::size_t size_ = 1;
-  std::unique_ptr<char[]> allocated_;
+  std::size_t shownSize_ = 0;
+  bool isAllocated_ = false;
   std::array<char, kInlineSize> inline_;
 };
 

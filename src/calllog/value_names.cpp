@@ -20,10 +20,10 @@ constexpr std::string_view kNoCustomName;
 RenderedText NameOf(std::int32_t value, Names run, std::string_view custom,
                     std::string_view unknown) {
   if (value >= 0 && static_cast<std::size_t>(value) < run.size()) {
-    return {run[static_cast<std::size_t>(value)]};
+    return RenderedText::Name(run[static_cast<std::size_t>(value)]);
   }
   if (value == kCustomId && !custom.empty()) {
-    return {custom};
+    return RenderedText::Name(custom);
   }
   return {unknown, Digits::Decimal(value).view(), ")"};
 }
@@ -182,16 +182,16 @@ constexpr std::string_view kGcErrorNames[] = {
 
 RenderedText GcErrorName(GC_ERROR value) {
   if (value == GC_ERR_SUCCESS) {
-    return {"GC_ERR_SUCCESS"};
+    return RenderedText::Name("GC_ERR_SUCCESS");
   }
   if (value == GC_ERR_CUSTOM_ID) {
-    return {"GC_ERR_CUSTOM_ID"};
+    return RenderedText::Name("GC_ERR_CUSTOM_ID");
   }
   // The rest are the names from GC_ERR_ERROR downwards: none of them is a custom one.
   if (value > GC_ERR_ERROR || value < GC_ERR_INVALID_ADDRESS) {
     return {"(Unknown GC_ERROR: ", Digits::Decimal(value).view(), ")"};
   }
-  return {kGcErrorNames[GC_ERR_ERROR - value]};
+  return RenderedText::Name(kGcErrorNames[GC_ERR_ERROR - value]);
 }
 
 RenderedText InfoDatatypeName(INFO_DATATYPE value) {

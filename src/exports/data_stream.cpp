@@ -14,7 +14,7 @@ GC_ERROR GC_CALLTYPE DSAnnounceBuffer(DS_HANDLE hDataStream, void* pBuffer, size
   Observe([&] {
     LogInfo(CallLogger(),
             "%s=DSAnnounceBuffer(hDS=0x%p, pBuffer=0x%p, iSize=%u, pPrivate=0x%p, "
-            "0x%p->(hBuffer=0x%p))",
+            "0x%p->(hBuffer=0x%p))"_line,
             GcErrorName(result), hDataStream, pBuffer, iSize, pPrivate, phBuffer, *phBuffer);
   });
   OnSuccess(result, [&] {
@@ -32,9 +32,10 @@ GC_ERROR GC_CALLTYPE DSAllocAndAnnounceBuffer(DS_HANDLE hDataStream, size_t iSiz
   const GC_ERROR result = Forward(proxyState.dsTable, &DSFunctionTable::DSAllocAndAnnounceBuffer,
                                   hDataStream, iSize, pPrivate, phBuffer);
   Observe([&] {
-    LogInfo(CallLogger(),
-            "%s=DSAllocAndAnnounceBuffer(hDS=0x%p, iSize=%u, pPrivate=0x%p, 0x%p->(hBuffer=0x%p))",
-            GcErrorName(result), hDataStream, iSize, pPrivate, phBuffer, *phBuffer);
+    LogInfo(
+        CallLogger(),
+        "%s=DSAllocAndAnnounceBuffer(hDS=0x%p, iSize=%u, pPrivate=0x%p, 0x%p->(hBuffer=0x%p))"_line,
+        GcErrorName(result), hDataStream, iSize, pPrivate, phBuffer, *phBuffer);
   });
   OnSuccess(result, [&] {
     if (phBuffer == nullptr) {
@@ -51,7 +52,7 @@ GC_ERROR GC_CALLTYPE DSFlushQueue(DS_HANDLE hDataStream, ACQ_QUEUE_TYPE iOperati
       Forward(proxyState.dsTable, &DSFunctionTable::DSFlushQueue, hDataStream, iOperation);
   Observe([&] {
     const RenderedText queueType = AcqQueueTypeName(iOperation);
-    LogInfo(CallLogger(), "%s=DSFlushQueue(hDS=0x%p, QueueType=%s)", GcErrorName(result),
+    LogInfo(CallLogger(), "%s=DSFlushQueue(hDS=0x%p, QueueType=%s)"_line, GcErrorName(result),
             hDataStream, queueType);
   });
   OnSuccess(result, [&] {
@@ -68,7 +69,7 @@ GC_ERROR GC_CALLTYPE DSStartAcquisition(DS_HANDLE hDataStream, ACQ_START_FLAGS i
                                   hDataStream, iStartFlags, iNumToAcquire);
   Observe([&] {
     const RenderedText flags = AcqStartFlagsName(iStartFlags);
-    LogInfo(CallLogger(), "%s=DSStartAcquisition(hDS=0x%p, Flags=%s, iNumFramesToAcquire=%lu)",
+    LogInfo(CallLogger(), "%s=DSStartAcquisition(hDS=0x%p, Flags=%s, iNumFramesToAcquire=%lu)"_line,
             GcErrorName(result), hDataStream, flags, iNumToAcquire);
   });
   return result;
@@ -79,7 +80,7 @@ GC_ERROR GC_CALLTYPE DSStopAcquisition(DS_HANDLE hDataStream, ACQ_STOP_FLAGS iSt
       Forward(proxyState.dsTable, &DSFunctionTable::DSStopAcquisition, hDataStream, iStopFlags);
   Observe([&] {
     const RenderedText flags = AcqStopFlagsName(iStopFlags);
-    LogInfo(CallLogger(), "%s=DSStopAcquisition(hDS=0x%p, Flags=%s)", GcErrorName(result),
+    LogInfo(CallLogger(), "%s=DSStopAcquisition(hDS=0x%p, Flags=%s)"_line, GcErrorName(result),
             hDataStream, flags);
   });
   return result;
@@ -93,10 +94,10 @@ GC_ERROR GC_CALLTYPE DSGetInfo(DS_HANDLE hDataStream, STREAM_INFO_CMD iInfoCmd,
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = StreamInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=DSGetInfo(hDS=0x%p, iCmd=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
-            GcErrorName(result), hDataStream, command, piType, type, pBuffer, value, piSize,
-            *piSize);
+    LogInfo(
+        CallLogger(),
+        "%s=DSGetInfo(hDS=0x%p, iCmd=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
+        GcErrorName(result), hDataStream, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
 }
@@ -106,7 +107,7 @@ GC_ERROR GC_CALLTYPE DSGetBufferID(DS_HANDLE hDataStream, uint32_t iIndex,
   const GC_ERROR result =
       Forward(proxyState.dsTable, &DSFunctionTable::DSGetBufferID, hDataStream, iIndex, phBuffer);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DSGetBufferID(hDS=0x%p, iIndex=%u, 0x%p->(hBuffer=0x%p))",
+    LogInfo(CallLogger(), "%s=DSGetBufferID(hDS=0x%p, iIndex=%u, 0x%p->(hBuffer=0x%p))"_line,
             GcErrorName(result), hDataStream, iIndex, phBuffer, *phBuffer);
   });
   return result;
@@ -114,7 +115,9 @@ GC_ERROR GC_CALLTYPE DSGetBufferID(DS_HANDLE hDataStream, uint32_t iIndex,
 
 GC_ERROR GC_CALLTYPE DSClose(DS_HANDLE hDataStream) {
   const GC_ERROR result = Forward(proxyState.dsTable, &DSFunctionTable::DSClose, hDataStream);
-  Observe([&] { LogInfo(CallLogger(), "%s=DSClose(hDS=0x%p)", GcErrorName(result), hDataStream); });
+  Observe([&] {
+    LogInfo(CallLogger(), "%s=DSClose(hDS=0x%p)"_line, GcErrorName(result), hDataStream);
+  });
   OnSuccess(result, [&] {
     if (hDataStream == nullptr) {
       // "Device" although it is a stream, on purpose.
@@ -140,7 +143,7 @@ GC_ERROR GC_CALLTYPE DSRevokeBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer
   Observe([&] {
     const RenderedText userPointer = RenderPointerSlot(ppPrivate);
     const RenderedText memory = RenderPointerSlot(ppBuffer);
-    LogInfo(CallLogger(), "%s=DSRevokeBuffer(hDS=0x%p, hBuffer=0x%p, pBuffer=%s, pPrivate=%s)",
+    LogInfo(CallLogger(), "%s=DSRevokeBuffer(hDS=0x%p, hBuffer=0x%p, pBuffer=%s, pPrivate=%s)"_line,
             GcErrorName(result), hDataStream, hBuffer, memory, userPointer);
   });
   OnSuccess(result, [&] {
@@ -163,8 +166,8 @@ GC_ERROR GC_CALLTYPE DSQueueBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer)
   const GC_ERROR result =
       Forward(proxyState.dsTable, &DSFunctionTable::DSQueueBuffer, hDataStream, hBuffer);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DSQueueBuffer(hDS=0x%p, hB=0x%p)", GcErrorName(result), hDataStream,
-            hBuffer);
+    LogInfo(CallLogger(), "%s=DSQueueBuffer(hDS=0x%p, hB=0x%p)"_line, GcErrorName(result),
+            hDataStream, hBuffer);
   });
   OnSuccess(result, [&] {
     if (TransportLayerNode* root = OpenedRegistry()) {
@@ -183,11 +186,12 @@ GC_ERROR GC_CALLTYPE DSGetBufferInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffe
     // The only function that tests piType.
     const RenderedText value =
         RenderInfoValue(piType != nullptr ? *piType : INFO_DATATYPE_UNKNOWN, pBuffer, *piSize);
-    const RenderedText type = piType != nullptr ? InfoDatatypeName(*piType) : RenderedText{"NULL"};
+    const RenderedText type =
+        piType != nullptr ? InfoDatatypeName(*piType) : RenderedText::Name("NULL");
     const RenderedText command = BufferInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=DSGetBufferInfo(hDS=0x%p, hBuffer=0x%p, iCommand=%s, 0x%p->(iType=%s) "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hDataStream, hBuffer, command, piType, type, pBuffer, value,
             piSize, *piSize);
   });

@@ -11,7 +11,7 @@ GC_ERROR GC_CALLTYPE DevGetPort(DEV_HANDLE hDevice, PORT_HANDLE* phRemoteDevice)
   const GC_ERROR result =
       Forward(proxyState.devTable, &DevFunctionTable::DevGetPort, hDevice, phRemoteDevice);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevGetPort(hDev=0x%p, 0x%p->(pPort=0x%p))", GcErrorName(result),
+    LogInfo(CallLogger(), "%s=DevGetPort(hDev=0x%p, 0x%p->(pPort=0x%p))"_line, GcErrorName(result),
             hDevice, phRemoteDevice, *phRemoteDevice);
   });
   return result;
@@ -21,7 +21,7 @@ GC_ERROR GC_CALLTYPE DevGetNumDataStreams(DEV_HANDLE hDevice, uint32_t* piNumDat
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevGetNumDataStreams,
                                   hDevice, piNumDataStreams);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevGetNumDataStreams(hDev=0x%p, 0x%p->(piNumChannel=%u))",
+    LogInfo(CallLogger(), "%s=DevGetNumDataStreams(hDev=0x%p, 0x%p->(piNumChannel=%u))"_line,
             GcErrorName(result), hDevice, piNumDataStreams, *piNumDataStreams);
   });
   return result;
@@ -32,10 +32,11 @@ GC_ERROR GC_CALLTYPE DevGetDataStreamID(DEV_HANDLE hDevice, uint32_t iIndex, cha
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevGetDataStreamID,
                                   hDevice, iIndex, sDataStreamID, piSize);
   Observe([&] {
-    LogInfo(CallLogger(),
-            "%s=DevGetDataStreamID(hDev=0x%p, iIndex=%u, 0x%p->(pBuffer=%s), 0x%p->(iSize=0x%u))",
-            GcErrorName(result), hDevice, iIndex, sDataStreamID, TextOrNull(sDataStreamID), piSize,
-            *piSize);
+    LogInfo(
+        CallLogger(),
+        "%s=DevGetDataStreamID(hDev=0x%p, iIndex=%u, 0x%p->(pBuffer=%s), 0x%p->(iSize=0x%u))"_line,
+        GcErrorName(result), hDevice, iIndex, sDataStreamID, TextOrNull(sDataStreamID), piSize,
+        *piSize);
   });
   return result;
 }
@@ -45,7 +46,7 @@ GC_ERROR GC_CALLTYPE DevOpenDataStream(DEV_HANDLE hDevice, const char* sDataStre
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevOpenDataStream,
                                   hDevice, sDataStreamID, phDataStream);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevOpenDataStream(hDev=0x%p, 0x%p->(pID=%s), 0x%p->(hDS=0x%p))",
+    LogInfo(CallLogger(), "%s=DevOpenDataStream(hDev=0x%p, 0x%p->(pID=%s), 0x%p->(hDS=0x%p))"_line,
             GcErrorName(result), hDevice, sDataStreamID, TextOrNull(sDataStreamID), phDataStream,
             *phDataStream);
   });
@@ -70,7 +71,7 @@ GC_ERROR GC_CALLTYPE DevGetInfo(DEV_HANDLE hDevice, DEVICE_INFO_CMD iInfoCmd, IN
     const RenderedText command = DeviceInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=DevGetInfo(hDev=0x%p, iID=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))",
+            "0x%p->(iSize=%u))"_line,
             GcErrorName(result), hDevice, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
@@ -78,7 +79,8 @@ GC_ERROR GC_CALLTYPE DevGetInfo(DEV_HANDLE hDevice, DEVICE_INFO_CMD iInfoCmd, IN
 
 GC_ERROR GC_CALLTYPE DevClose(DEV_HANDLE hDevice) {
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevClose, hDevice);
-  Observe([&] { LogInfo(CallLogger(), "%s=DevClose(hDev=0x%p)", GcErrorName(result), hDevice); });
+  Observe(
+      [&] { LogInfo(CallLogger(), "%s=DevClose(hDev=0x%p)"_line, GcErrorName(result), hDevice); });
   OnSuccess(result, [&] {
     if (hDevice == nullptr) {
       LogError(CallLogger(), "Illegal Device handle!");

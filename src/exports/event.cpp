@@ -14,7 +14,7 @@ GC_ERROR GC_CALLTYPE GCRegisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEven
                                   hEventSrc, iEventID, phEvent);
   Observe([&] {
     const RenderedText event = EventTypeName(iEventID);
-    LogInfo(CallLogger(), "%s=GCRegisterEvent(hEventSrc=0x%p, iEvent=%s, 0x%p->(hE=0x%p))",
+    LogInfo(CallLogger(), "%s=GCRegisterEvent(hEventSrc=0x%p, iEvent=%s, 0x%p->(hE=0x%p))"_line,
             GcErrorName(result), hEventSrc, event, phEvent, *phEvent);
   });
   OnSuccess(result, [&] {
@@ -33,8 +33,8 @@ GC_ERROR GC_CALLTYPE GCUnregisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEv
       Forward(proxyState.eventTable, &EventFunctionTable::GCUnregisterEvent, hEventSrc, iEventID);
   Observe([&] {
     const RenderedText event = EventTypeName(iEventID);
-    LogInfo(CallLogger(), "%s=GCUnregisterEvent(hEventSrc=0x%p, iEvent=%s)", GcErrorName(result),
-            hEventSrc, event);
+    LogInfo(CallLogger(), "%s=GCUnregisterEvent(hEventSrc=0x%p, iEvent=%s)"_line,
+            GcErrorName(result), hEventSrc, event);
   });
   OnSuccess(result, [&] {
     if (hEventSrc == nullptr) {
@@ -57,9 +57,9 @@ GC_ERROR GC_CALLTYPE EventGetData(EVENT_HANDLE hEvent, void* pBuffer, size_t* pi
   const GC_ERROR result = Forward(proxyState.eventTable, &EventFunctionTable::EventGetData, hEvent,
                                   pBuffer, piSize, iTimeout);
   Observe([&] {
-    const std::string dump = RenderByteDump(pBuffer, *piSize);
+    const ByteDump dump{pBuffer, *piSize};
     LogInfo(CallLogger(),
-            "%s=EventGetData(hEvent=0x%p, 0x%p->(Buffer=%s), 0x%p->(iSize=%u), iTimeout=%lu)",
+            "%s=EventGetData(hEvent=0x%p, 0x%p->(Buffer=%s), 0x%p->(iSize=%u), iTimeout=%lu)"_line,
             GcErrorName(result), hEvent, pBuffer, dump, piSize, *piSize, iTimeout);
   });
   OnSuccess(result, [&] {
@@ -83,7 +83,7 @@ GC_ERROR GC_CALLTYPE EventGetDataInfo(EVENT_HANDLE hEvent, const void* pInBuffer
     // iInSize is left out on purpose: from there on each conversion shows the next value.
     LogInfo(CallLogger(),
             "%s=EventGetDataInfo(hEvent=0x%p, pInBuffer=0x%p, iEventBufferSize=%u, iID=%s, "
-            "0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hEvent, pInBuffer, Misplaced(command), Misplaced(piType),
             Misplaced(type), Misplaced(pOutBuffer), Misplaced(value), Misplaced(piOutSize),
             Misplaced(*piOutSize), noValue);
@@ -101,7 +101,7 @@ GC_ERROR GC_CALLTYPE EventGetInfo(EVENT_HANDLE hEvent, EVENT_INFO_CMD iInfoCmd,
     const RenderedText command = EventInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=EventGetInfo(hEvent=0x%p, iID=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))",
+            "0x%p->(iSize=%u))"_line,
             GcErrorName(result), hEvent, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
@@ -109,13 +109,16 @@ GC_ERROR GC_CALLTYPE EventGetInfo(EVENT_HANDLE hEvent, EVENT_INFO_CMD iInfoCmd,
 
 GC_ERROR GC_CALLTYPE EventFlush(EVENT_HANDLE hEvent) {
   const GC_ERROR result = Forward(proxyState.eventTable, &EventFunctionTable::EventFlush, hEvent);
-  Observe(
-      [&] { LogInfo(CallLogger(), "%s=EventFlush(hEvent=0x%p)", GcErrorName(result), hEvent); });
+  Observe([&] {
+    LogInfo(CallLogger(), "%s=EventFlush(hEvent=0x%p)"_line, GcErrorName(result), hEvent);
+  });
   return result;
 }
 
 GC_ERROR GC_CALLTYPE EventKill(EVENT_HANDLE hEvent) {
   const GC_ERROR result = Forward(proxyState.eventTable, &EventFunctionTable::EventKill, hEvent);
-  Observe([&] { LogInfo(CallLogger(), "%s=EventKill(hEvent=0x%p)", GcErrorName(result), hEvent); });
+  Observe([&] {
+    LogInfo(CallLogger(), "%s=EventKill(hEvent=0x%p)"_line, GcErrorName(result), hEvent);
+  });
   return result;
 }

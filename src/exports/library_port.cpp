@@ -17,7 +17,7 @@ GC_ERROR GC_CALLTYPE GCGetInfo(TL_INFO_CMD iInfoCmd, INFO_DATATYPE* piType, void
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = TlInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
-            "%s=GCGetInfo(iInfoCmd=%s, 0x%p->(iType=%s), Buffer=%s, 0x%p->(iSize=%u))",
+            "%s=GCGetInfo(iInfoCmd=%s, 0x%p->(iType=%s), Buffer=%s, 0x%p->(iSize=%u))"_line,
             GcErrorName(result), command, piType, type, value, piSize, *piSize);
   });
   return result;
@@ -30,7 +30,7 @@ GC_ERROR GC_CALLTYPE GCGetLastError(GC_ERROR* piErrorCode, char* sErrText, size_
     const RenderedText code = GcErrorName(*piErrorCode);
     // piErrorCode is left out on purpose: from the second conversion on each shows the next value.
     LogInfo(CallLogger(),
-            "%s=GCGetLastError(0x%p->(ErrorCode=%s), 0x%p->(pErrorText=%s), 0x%p->(iSize=%u))",
+            "%s=GCGetLastError(0x%p->(ErrorCode=%s), 0x%p->(pErrorText=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), Misplaced(code), sErrText, TextOrNull(sErrText), Misplaced(piSize),
             Misplaced(*piSize), noValue);
   });
@@ -42,12 +42,12 @@ GC_ERROR GC_CALLTYPE GCReadPort(PORT_HANDLE hPort, uint64_t iAddress, void* pBuf
   const GC_ERROR result = Forward(proxyState.portTable, &PortFunctionTable::GCReadPort, hPort,
                                   iAddress, pBuffer, piSize);
   Observe([&] {
-    const std::string dump = RenderByteDump(pBuffer, *piSize);
+    const ByteDump dump{pBuffer, *piSize};
     // The data twice, on purpose: as text up to the first zero byte, and dumped.
-    LogInfo(CallLogger(),
-            "%s=GCReadPort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s,%s), 0x%p->(iSize=%lu)",
-            GcErrorName(result), hPort, iAddress, pBuffer, Misplaced(pBuffer), dump, piSize,
-            *piSize);
+    LogInfo(
+        CallLogger(),
+        "%s=GCReadPort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s,%s), 0x%p->(iSize=%lu)"_line,
+        GcErrorName(result), hPort, iAddress, pBuffer, Misplaced(pBuffer), dump, piSize, *piSize);
   });
   return result;
 }
@@ -57,9 +57,9 @@ GC_ERROR GC_CALLTYPE GCWritePort(PORT_HANDLE hPort, uint64_t iAddress, const voi
   const GC_ERROR result = Forward(proxyState.portTable, &PortFunctionTable::GCWritePort, hPort,
                                   iAddress, pBuffer, piSize);
   Observe([&] {
-    const std::string dump = RenderByteDump(pBuffer, *piSize);
+    const ByteDump dump{pBuffer, *piSize};
     LogInfo(CallLogger(),
-            "%s=GCWritePort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)",
+            "%s=GCWritePort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)"_line,
             GcErrorName(result), hPort, iAddress, pBuffer, dump, piSize, *piSize);
   });
   return result;
@@ -69,7 +69,7 @@ GC_ERROR GC_CALLTYPE GCGetPortURL(PORT_HANDLE hPort, char* sURL, size_t* piSize)
   const GC_ERROR result =
       Forward(proxyState.portTable, &PortFunctionTable::GCGetPortURL, hPort, sURL, piSize);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=GCGetPortURL(hPort=0x%p, 0x%p->(URL=%s), 0x%p->(iSize=%u))",
+    LogInfo(CallLogger(), "%s=GCGetPortURL(hPort=0x%p, 0x%p->(URL=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hPort, sURL, TextOrNull(sURL), piSize, *piSize);
   });
   return result;
@@ -79,7 +79,7 @@ GC_ERROR GC_CALLTYPE GCGetNumPortURLs(PORT_HANDLE hPort, uint32_t* piNumURLs) {
   const GC_ERROR result =
       Forward(proxyState.portTable, &PortFunctionTable::GCGetNumPortURLs, hPort, piNumURLs);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=GCGetNumPortURLs(hPort=0x%p, 0x%p->(iNumURLs=%u))",
+    LogInfo(CallLogger(), "%s=GCGetNumPortURLs(hPort=0x%p, 0x%p->(iNumURLs=%u))"_line,
             GcErrorName(result), hPort, piNumURLs, *piNumURLs);
   });
   return result;
@@ -93,9 +93,10 @@ GC_ERROR GC_CALLTYPE GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, IN
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = PortInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=GCGetPortInfo(hPort=0x%p, iCmd=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(%u))",
-            GcErrorName(result), hPort, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogInfo(
+        CallLogger(),
+        "%s=GCGetPortInfo(hPort=0x%p, iCmd=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(%u))"_line,
+        GcErrorName(result), hPort, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
 }
@@ -110,7 +111,7 @@ GC_ERROR GC_CALLTYPE GCGetPortURLInfo(PORT_HANDLE hPort, uint32_t iURLIndex, URL
     const RenderedText command = UrlInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=GCGetPortURLInfo(hPort=0x%p, iURLIndex=%u, iCmd=%s, 0x%p->(iType=%s) "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hPort, iURLIndex, command, piType, type, pBuffer, value, piSize,
             *piSize);
   });
@@ -125,10 +126,11 @@ GC_ERROR GC_CALLTYPE GCReadPortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_EN
                                   hPort, pEntries, piNumEntries);
   Observe([&] {
     const std::string entries = RenderPortData(pEntries, *piNumEntries);
-    LogInfo(CallLogger(),
-            "%s=GCReadPortStacked(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)",
-            GcErrorName(result), hPort, Misplaced(entries), piNumEntries, Misplaced(*piNumEntries),
-            noValue, noValue);
+    LogInfo(
+        CallLogger(),
+        "%s=GCReadPortStacked(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)"_line,
+        GcErrorName(result), hPort, Misplaced(entries), piNumEntries, Misplaced(*piNumEntries),
+        noValue, noValue);
   });
   return result;
 }
@@ -141,7 +143,7 @@ GC_ERROR GC_CALLTYPE GCWritePortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_E
     const std::string entries = RenderPortData(pEntries, *piNumEntries);
     LogInfo(CallLogger(),
             "%s=GCWritePortStacked(hPort=0x%p, iAddress=0x%llx, 0x%p->(Entries=%s), "
-            "0x%p->(iNumEntries=%u)",
+            "0x%p->(iNumEntries=%u)"_line,
             GcErrorName(result), hPort, Misplaced(entries), piNumEntries, Misplaced(*piNumEntries),
             noValue, noValue);
   });

@@ -12,7 +12,7 @@ using namespace vextrel;  // NOLINT(google-build-using-namespace): these are C f
 GC_ERROR GC_CALLTYPE TLOpen(TL_HANDLE* phTL) {
   const GC_ERROR result = Forward(proxyState.tlTable, &TLFunctionTable::TLOpen, phTL);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=TLOpen(0x%p->(pHandle=0x%p))", GcErrorName(result), phTL, *phTL);
+    LogInfo(CallLogger(), "%s=TLOpen(0x%p->(pHandle=0x%p))"_line, GcErrorName(result), phTL, *phTL);
   });
   OnSuccess(result, [&] {
     // A root that is already there is forgotten without a word, on purpose.
@@ -23,7 +23,7 @@ GC_ERROR GC_CALLTYPE TLOpen(TL_HANDLE* phTL) {
 
 GC_ERROR GC_CALLTYPE TLClose(TL_HANDLE hTL) {
   const GC_ERROR result = Forward(proxyState.tlTable, &TLFunctionTable::TLClose, hTL);
-  Observe([&] { LogInfo(CallLogger(), "%s=TLClose(hTL=0x%p)", GcErrorName(result), hTL); });
+  Observe([&] { LogInfo(CallLogger(), "%s=TLClose(hTL=0x%p)"_line, GcErrorName(result), hTL); });
   OnSuccess(result, [&] {
     TransportLayerNode::ReleaseEventsOn(proxyState.registryRoot, hTL);
     // Whatever hTL is: any TLClose ends the registry.
@@ -44,7 +44,7 @@ GC_ERROR GC_CALLTYPE TLGetInfo(TL_HANDLE hTL, TL_INFO_CMD iInfoCmd, INFO_DATATYP
     const RenderedText command = TlInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=TLGetInfo(hTL=%p, iInfoCmd=%s, 0x%p->(iType=%s), 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))",
+            "0x%p->(iSize=%u))"_line,
             GcErrorName(result), hTL, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
@@ -54,7 +54,7 @@ GC_ERROR GC_CALLTYPE TLGetNumInterfaces(TL_HANDLE hTL, uint32_t* piNumIfaces) {
   const GC_ERROR result =
       Forward(proxyState.tlTable, &TLFunctionTable::TLGetNumInterfaces, hTL, piNumIfaces);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=TLGetNumInterfaces(hTL=0x%p, 0x%p->(iNumInterfaces=0x%u))",
+    LogInfo(CallLogger(), "%s=TLGetNumInterfaces(hTL=0x%p, 0x%p->(iNumInterfaces=0x%u))"_line,
             GcErrorName(result), hTL, piNumIfaces, *piNumIfaces);
   });
   return result;
@@ -65,7 +65,7 @@ GC_ERROR GC_CALLTYPE TLGetInterfaceID(TL_HANDLE hTL, uint32_t iIndex, char* sID,
       Forward(proxyState.tlTable, &TLFunctionTable::TLGetInterfaceID, hTL, iIndex, sID, piSize);
   Observe([&] {
     LogInfo(CallLogger(),
-            "%s=TLGetInterfaceID(hTL=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "%s=TLGetInterfaceID(hTL=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hTL, iIndex, sID, TextOrNull(sID), piSize, *piSize);
   });
   return result;
@@ -83,7 +83,7 @@ GC_ERROR GC_CALLTYPE TLGetInterfaceInfo(TL_HANDLE hTL, const char* sIfaceID,
     // pBuffer is left out on purpose: from there on each conversion shows the next value.
     LogInfo(CallLogger(),
             "%s=TLGetInterfaceInfo(hTL=0x%p, 0x%p->(sInterfaceName=%s), iCmd=%s, 0x%p->(iType=%s), "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hTL, sIfaceID, TextOrNull(sIfaceID), command, piType, type,
             Misplaced(value), Misplaced(piSize), Misplaced(*piSize), noValue);
   });
@@ -95,7 +95,7 @@ GC_ERROR GC_CALLTYPE TLOpenInterface(TL_HANDLE hTL, const char* sIfaceID, IF_HAN
       Forward(proxyState.tlTable, &TLFunctionTable::TLOpenInterface, hTL, sIfaceID, phIface);
   Observe([&] {
     LogInfo(CallLogger(),
-            "%s=TLOpenInterface(hTL=0x%p, 0x%p->(sInterfaceName=%s), 0x%p->(hInterface=%p))",
+            "%s=TLOpenInterface(hTL=0x%p, 0x%p->(sInterfaceName=%s), 0x%p->(hInterface=%p))"_line,
             GcErrorName(result), hTL, sIfaceID, TextOrNull(sIfaceID), phIface, *phIface);
   });
   OnSuccess(result, [&] {
@@ -114,10 +114,10 @@ GC_ERROR GC_CALLTYPE TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, ui
   Observe([&] {
     if (pbChanged != nullptr) {
       LogInfo(CallLogger(),
-              "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)",
+              "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)"_line,
               GcErrorName(result), hTL, pbChanged, *pbChanged, iTimeout);
     } else {
-      LogInfo(CallLogger(), "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p, iTimeout=%lu)",
+      LogInfo(CallLogger(), "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p, iTimeout=%lu)"_line,
               GcErrorName(result), hTL, pbChanged, iTimeout);
     }
   });
@@ -126,8 +126,9 @@ GC_ERROR GC_CALLTYPE TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, ui
 
 GC_ERROR GC_CALLTYPE IFClose(IF_HANDLE hIface) {
   const GC_ERROR result = Forward(proxyState.ifTable, &IFFunctionTable::IFClose, hIface);
-  Observe(
-      [&] { LogInfo(CallLogger(), "%s=IFClose(hInterface=0x%p)", GcErrorName(result), hIface); });
+  Observe([&] {
+    LogInfo(CallLogger(), "%s=IFClose(hInterface=0x%p)"_line, GcErrorName(result), hIface);
+  });
   OnSuccess(result, [&] {
     if (hIface == nullptr) {
       ReportIllegalInterface();
@@ -155,7 +156,7 @@ GC_ERROR GC_CALLTYPE IFGetInfo(IF_HANDLE hIface, INTERFACE_INFO_CMD iInfoCmd, IN
     const RenderedText command = InterfaceInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=IFGetInfo(hInterface=0x%p, iID=%s, 0x%p->(iType=%s), 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))",
+            "0x%p->(iSize=%u))"_line,
             GcErrorName(result), hIface, command, piType, type, pBuffer, value, piSize, *piSize);
   });
   return result;
@@ -165,7 +166,7 @@ GC_ERROR GC_CALLTYPE IFGetNumDevices(IF_HANDLE hIface, uint32_t* piNumDevices) {
   const GC_ERROR result =
       Forward(proxyState.ifTable, &IFFunctionTable::IFGetNumDevices, hIface, piNumDevices);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=IFGetNumDevices(hInterface=0x%p, 0x%p->(iNumDevices=0x%u))",
+    LogInfo(CallLogger(), "%s=IFGetNumDevices(hInterface=0x%p, 0x%p->(iNumDevices=0x%u))"_line,
             GcErrorName(result), hIface, piNumDevices, *piNumDevices);
   });
   return result;
@@ -176,10 +177,10 @@ GC_ERROR GC_CALLTYPE IFGetDeviceID(IF_HANDLE hIface, uint32_t iIndex, char* sIDe
   const GC_ERROR result = Forward(proxyState.ifTable, &IFFunctionTable::IFGetDeviceID, hIface,
                                   iIndex, sIDeviceID, piSize);
   Observe([&] {
-    LogInfo(CallLogger(),
-            "%s=IFGetDeviceID(hInterface=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
-            GcErrorName(result), hIface, iIndex, sIDeviceID, TextOrNull(sIDeviceID), piSize,
-            *piSize);
+    LogInfo(
+        CallLogger(),
+        "%s=IFGetDeviceID(hInterface=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
+        GcErrorName(result), hIface, iIndex, sIDeviceID, TextOrNull(sIDeviceID), piSize, *piSize);
   });
   return result;
 }
@@ -190,10 +191,10 @@ GC_ERROR GC_CALLTYPE IFUpdateDeviceList(IF_HANDLE hIface, bool8_t* pbChanged, ui
   Observe([&] {
     if (pbChanged != nullptr) {
       LogInfo(CallLogger(),
-              "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)",
+              "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)"_line,
               GcErrorName(result), hIface, pbChanged, *pbChanged, iTimeout);
     } else {
-      LogInfo(CallLogger(), "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p, iTimeout=%lu)",
+      LogInfo(CallLogger(), "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p, iTimeout=%lu)"_line,
               GcErrorName(result), hIface, pbChanged, iTimeout);
     }
   });
@@ -211,7 +212,7 @@ GC_ERROR GC_CALLTYPE IFGetDeviceInfo(IF_HANDLE hIface, const char* sDeviceID,
     const RenderedText command = DeviceInfoCmdName(iInfoCmd);
     LogInfo(CallLogger(),
             "%s=IFGetDeviceInfo(hInterface=0x%p, psDeviceName=%s, iID=%s, 0x%p->(iType=%s), "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))",
+            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
             GcErrorName(result), hIface, TextOrNull(sDeviceID), command, piType, type, pBuffer,
             value, piSize, *piSize);
   });
@@ -228,12 +229,12 @@ GC_ERROR GC_CALLTYPE IFOpenDevice(IF_HANDLE hIface, const char* sDeviceID,
       // %x shows the low half of the handle only, on purpose.
       LogInfo(CallLogger(),
               "%s=IFOpenDevice(hInterface=0x%p, 0x%p->(sDevName=%s), iOpenFlags=%s, "
-              "0x%p->(hDev=0x%x))",
+              "0x%p->(hDev=0x%x))"_line,
               GcErrorName(result), hIface, sDeviceID, TextOrNull(sDeviceID), flags, phDevice,
               Misplaced(*phDevice));
     } else {
       LogInfo(CallLogger(),
-              "%s=IFOpenDevice(hInterface=0x%p, 0x%p->(sDevName=%s), iOpenFlags=%s, 0x%p)",
+              "%s=IFOpenDevice(hInterface=0x%p, 0x%p->(sDevName=%s), iOpenFlags=%s, 0x%p)"_line,
               GcErrorName(result), hIface, sDeviceID, TextOrNull(sDeviceID), flags, phDevice);
     }
   });

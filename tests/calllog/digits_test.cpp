@@ -132,9 +132,9 @@ TEST(DigitsHex16, ShowsEveryDigitAtEveryPlace) {
 }
 
 TEST(DigitsAddress, ShowsAnAddressInUpperCaseWithZeros) {
-  EXPECT_EQ(Digits::Address(nullptr).view(), "0000000000000000");
-  EXPECT_EQ(Digits::Address(Handle(0x12FF40)).view(), "000000000012FF40");
-  EXPECT_EQ(Digits::Address(Handle(0xFFFFFFFFFFFFFFFF)).view(), "FFFFFFFFFFFFFFFF");
+  EXPECT_EQ(Digits::Address(nullptr).view(), "0x0000000000000000");
+  EXPECT_EQ(Digits::Address(Handle(0x12FF40)).view(), "0x000000000012FF40");
+  EXPECT_EQ(Digits::Address(Handle(0xFFFFFFFFFFFFFFFF)).view(), "0xFFFFFFFFFFFFFFFF");
 }
 
 TEST(DigitsGeneral, ShowsSixSignificantDigits) {

@@ -18,6 +18,8 @@
 namespace vextrel_test {
 namespace {
 
+using namespace vextrel::literals;
+using vextrel::ByteDump;
 using vextrel::LogError;
 using vextrel::LogInfo;
 using vextrel::LogWarn;
@@ -59,6 +61,8 @@ class LineLog : public testing::Test {
  private:
   log4cpp::StringQueueAppender* appender_;  // owned by the category
 };
+
+using LineLogDeathTest = LineLog;
 
 TEST_F(LineLog, WritesEachLineAtItsPriority) {
   LogThrice();
@@ -132,6 +136,22 @@ TEST_F(LineLog, DoesNotReadTheValuesOfALineThatIsNotWritten) {
   LogWarn(logger, "%s", Misplaced(unreadable));
   LogError(logger, "%s", Misplaced(unreadable));
   EXPECT_EQ(TakeLines(), Lines{});
+}
+
+TEST_F(LineLog, WritesTheLinesOfCallsInTheSameWay) {
+  LogInfo(logger, "%s=IFClose(hIface=0x%p)"_line, std::string("GC_ERR_SUCCESS"), Handle(0x10));
+  logger.setPriority(log4cpp::Priority::NOTICE);
+  LogInfo(logger, "%s"_line, std::string("unseen"));
+  EXPECT_EQ(TakeLines(), (Lines{"INFO GC_ERR_SUCCESS=IFClose(hIface=0x0000000000000010)"}));
+}
+
+// What a call's line is made of is rendered on every call: a fault in the consumer's memory must
+// not depend on the log's priority.
+TEST_F(LineLogDeathTest, ReadsTheDataOfACallEvenIfNoLineIsWritten) {
+  const GuardedMemory memory(1);
+  logger.setPriority(log4cpp::Priority::FATAL);
+  EXPECT_DEATH(LogInfo(logger, "%s"_line, ByteDump{memory.forbidden(), 1}), "");
+  EXPECT_DEATH(LogInfo(logger, "%s"_line, ByteDump{memory.forbidden(), 4096}), "");
 }
 
 TEST_F(LineLog, WritesLinesOfManyThreadsWhole) {

@@ -17,6 +17,7 @@
 namespace vextrel_test {
 namespace {
 
+using vextrel::ByteDump;
 using vextrel::RenderByteDump;
 using vextrel::RenderPortData;
 
@@ -73,6 +74,44 @@ TEST(RenderByteDumpAgainstStreams, AgreesForLargeData) {
     ASSERT_TRUE(RenderByteDump(bytes.data(), length) == ReferenceByteDump(bytes.data(), length))
         << length;
   }
+}
+
+// Around the sizes at which a longer dump is written in more than one go.
+TEST(RenderByteDumpAgainstStreams, AgreesWhereOnePartEndsAndTheNextBegins) {
+  for (std::size_t parts = 1; parts <= 4; ++parts) {
+    for (std::size_t length = parts * 3200 - 33; length <= parts * 3200 + 33; ++length) {
+      const Bytes bytes = RandomBytes(length);
+      ASSERT_TRUE(RenderByteDump(bytes.data(), length) == ReferenceByteDump(bytes.data(), length))
+          << length;
+    }
+  }
+}
+
+TEST(ByteDump, WritesWhatItHasMeasuredAndNothingBehind) {
+  for (std::size_t length = 0; length <= kLengths; ++length) {
+    const Bytes bytes = RandomBytes(length);
+    const ByteDump dump{bytes.data(), length};
+    std::string expected = ReferenceByteDump(bytes.data(), length);
+    expected.pop_back();  // the NUL
+    ASSERT_EQ(dump.size(), expected.size());
+    std::string text(dump.size() + 1, '~');
+    ASSERT_EQ(dump.Write(text.data()), text.data() + dump.size());
+    ASSERT_EQ(text, expected + "~");
+    text = "in front ";
+    dump.AppendTo(text);
+    ASSERT_EQ(text, "in front " + expected);
+  }
+}
+
+TEST(ByteDump, IsEmptyForANullPointerWhateverTheSize) {
+  const ByteDump dump{nullptr, 16};
+  char text = '~';
+  std::string appended;
+  dump.AppendTo(appended);
+  EXPECT_EQ(dump.size(), 0U);
+  EXPECT_EQ(dump.Write(&text), &text);
+  EXPECT_EQ(text, '~');
+  EXPECT_EQ(appended, "");
 }
 
 TEST(RenderPortDataAgainstStreams, AgreesForEveryNumberOfEntries) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -74,6 +75,29 @@ TEST(RenderedText, KeepsNulsInsideTheText) {
   const RenderedText rendered{"0x", "", "->(", "\0"sv, ")"};
   EXPECT_EQ(Whole(rendered), "0x->(\0)\0"s);
   EXPECT_STREQ(rendered.c_str(), "0x->(");
+}
+
+TEST(RenderedText, RefersToANameInsteadOfCopyingIt) {
+  static constexpr std::string_view name = "GC_ERR_SUCCESS";
+  const RenderedText rendered = RenderedText::Name(name);
+  EXPECT_EQ(Whole(rendered), WithNul("GC_ERR_SUCCESS"));
+  EXPECT_EQ(rendered.c_str(), name.data());
+  EXPECT_EQ(rendered.shown(), "GC_ERR_SUCCESS");
+}
+
+TEST(RenderedText, HoldsDigits) {
+  const RenderedText number(vextrel::Digits::Decimal(std::numeric_limits<std::int64_t>::min()));
+  EXPECT_EQ(Whole(number), WithNul("-9223372036854775808"));
+  EXPECT_EQ(number.shown(), "-9223372036854775808");
+  const RenderedText address(vextrel::Digits::UpperHex16(0xFEDCBA9876543210));
+  EXPECT_EQ(Whole(address), WithNul("FEDCBA9876543210"));
+}
+
+TEST(RenderedText, ShowsWhatStandsBeforeTheFirstNul) {
+  EXPECT_EQ((RenderedText{"a", "b"}.shown()), "ab");
+  EXPECT_EQ((RenderedText{"ab\0cd"sv, "e"}.shown()), "ab");
+  EXPECT_EQ((RenderedText{"\0cd"sv}.shown()), "");
+  EXPECT_EQ(RenderedText{}.shown(), "");
 }
 
 }  // namespace

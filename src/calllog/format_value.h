@@ -1,0 +1,78 @@
+// Values on their way into a line.
+#ifndef VEXTREL_CALLLOG_FORMAT_VALUE_H
+#define VEXTREL_CALLLOG_FORMAT_VALUE_H
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "calllog/checked_format.h"
+#include "calllog/port_rendering.h"
+#include "calllog/rendered_text.h"
+
+namespace vextrel {
+
+// Its bits as a number or an address, and what is known of a text. Refers to the value it is made
+// of.
+class FormatValue {
+ public:
+  FormatValue(NoValue /*none*/) noexcept {}  // NOLINT(google-explicit-constructor)
+  template <std::integral Number>
+  FormatValue(Number number) noexcept  // NOLINT(google-explicit-constructor)
+      : bits_(static_cast<std::uint64_t>(number)), shape_(Shape::Number) {}
+  FormatValue(const volatile void* address) noexcept  // NOLINT(google-explicit-constructor)
+      : bits_(reinterpret_cast<std::uintptr_t>(address)) {}
+  FormatValue(std::string_view text) noexcept  // NOLINT(google-explicit-constructor)
+      : bits_(reinterpret_cast<std::uintptr_t>(text.data())),
+        size_(text.size()),
+        shape_(Shape::SizedText) {}
+  FormatValue(const RenderedText& text) noexcept  // NOLINT(google-explicit-constructor)
+      : FormatValue(text.shown()) {
+    shape_ = Shape::PlainText;
+  }
+  FormatValue(const std::string& text) noexcept  // NOLINT(google-explicit-constructor)
+      : FormatValue(std::string_view(text)) {}
+  FormatValue(const ByteDump& dump) noexcept  // NOLINT(google-explicit-constructor)
+      : bits_(reinterpret_cast<std::uintptr_t>(dump.pBuffer)),
+        size_(dump.iSize),
+        shape_(Shape::Dump) {}
+  template <typename Value>
+  FormatValue(const Misplaced<Value>& misplaced) noexcept  // NOLINT(google-explicit-constructor)
+      : FormatValue(misplaced.value) {}
+
+  [[nodiscard]] std::uint64_t bits() const noexcept { return bits_; }
+  [[nodiscard]] bool isNumber() const noexcept { return shape_ == Shape::Number; }
+  [[nodiscard]] bool isDump() const noexcept { return shape_ == Shape::Dump; }
+  [[nodiscard]] ByteDump dump() const noexcept {
+    return {reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bits_)), size_};
+  }
+  // How many characters %s shows of a value that is no number.
+  [[nodiscard]] std::size_t TextSize() const noexcept {
+    return shape_ == Shape::PlainText ? size_ : MeasureText();
+  }
+  // They themselves, if it is no dump either; `size` is TextSize().
+  [[nodiscard]] std::string_view text(std::size_t size) const noexcept {
+    return {TextBegin(), size};
+  }
+
+ private:
+  // A sized text may hold zero bytes, a plain one does not.
+  enum class Shape : std::uint8_t { Address, SizedText, PlainText, Number, Dump };
+
+  [[nodiscard]] std::size_t MeasureText() const noexcept;
+
+  [[nodiscard]] const char* TextBegin() const noexcept {
+    return bits_ == 0 ? "(null)"
+                      : reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits_));
+  }
+
+  std::uint64_t bits_ = 0;
+  std::size_t size_ = 0;
+  Shape shape_ = Shape::Address;
+};
+
+}  // namespace vextrel
+
+#endif  // VEXTREL_CALLLOG_FORMAT_VALUE_H
