@@ -1,0 +1,149 @@
+// Calls through the real module: "call/CASE/MODE", and "call/CASE/bare-MODE" for the same lines
+// written by log4cpp alone. Further "threads/..." and "buffers/...".
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "bare_line.h"
+#include "benchmarks.h"
+#include "calls.h"
+#include "session.h"
+
+namespace vextrel_benchmark {
+
+struct CallSessions {
+  Session direct{Mode::Direct};
+  Session off{Mode::Off};
+  Session basic{Mode::Basic};
+  Session pattern{Mode::Pattern};
+  Session oneBuffer{Mode::Off, 1};
+  Session manyBuffers{Mode::Off, 1024};
+  BareLogger bareBasic{Mode::Basic};
+  BareLogger barePattern{Mode::Pattern};
+};
+
+void DeleteCallSessions::operator()(CallSessions* sessions) const {
+  delete sessions;
+}
+
+namespace {
+
+// Log files stay small enough for the page cache.
+constexpr std::size_t kLogBytesBeforeEmptying = std::size_t{64} << 20;
+
+void RunCalls(benchmark::State& state, const Session& session, const Case& call,
+              std::size_t firstBuffer) {
+  if (state.thread_index() == 0) {
+    EmptyLogFile(session.logFile());
+  }
+  Consumer consumer(session, firstBuffer + static_cast<std::size_t>(state.thread_index()));
+  consumer.SetPortSize(call.portSize);
+  for (auto _ : state) {
+    (consumer.*call.run)();
+  }
+  if (state.thread_index() == 0) {
+    EmptyLogFile(session.logFile());
+  }
+}
+
+void RunBareLines(benchmark::State& state, BareLogger& logger,
+                  const std::vector<std::string>& messages) {
+  if (state.thread_index() == 0) {
+    EmptyLogFile(logger.logFile());
+  }
+  for (auto _ : state) {
+    logger.Write(messages);
+  }
+  if (state.thread_index() == 0) {
+    EmptyLogFile(logger.logFile());
+  }
+}
+
+// Taken from the log at the first use, and kept for the other rounds.
+const std::vector<std::string>& MessagesOnce(const Case& call, Session& session) {
+  static std::map<std::string_view, std::vector<std::string>> messages;
+  const auto [entry, isNew] = messages.try_emplace(call.name);
+  if (isNew) {
+    entry->second = MessagesOf(call, session);
+  }
+  return entry->second;
+}
+
+// Google Benchmark chooses the iterations by time; a gigabyte of log would fill the memory first.
+void LimitIterations(benchmark::internal::Benchmark& benchmark, const Case& call, bool logs) {
+  benchmark.UseRealTime();
+  const std::size_t lineBytes = 10 * call.portSize + 256;
+  if (logs && lineBytes > kLogBytesBeforeEmptying / 64) {
+    benchmark.Iterations(
+        static_cast<benchmark::IterationCount>(kLogBytesBeforeEmptying / lineBytes + 1));
+  }
+}
+
+void RegisterCall(const Case& call, CallSessions& sessions) {
+  const std::string name = "call/" + std::string(call.name) + "/";
+  const auto add = [&](std::string_view mode, bool logs, auto run) {
+    LimitIterations(*benchmark::RegisterBenchmark((name + std::string(mode)).c_str(), run), call,
+                    logs);
+  };
+  const auto addSession = [&](Mode mode, const Session& session, bool logs) {
+    add(ModeName(mode), logs,
+        [&call, &session](benchmark::State& state) { RunCalls(state, session, call, 0); });
+  };
+  const auto addBare = [&](std::string_view mode, BareLogger& logger) {
+    add(mode, true, [&call, &logger, &session = sessions.basic](benchmark::State& state) {
+      RunBareLines(state, logger, MessagesOnce(call, session));
+    });
+  };
+  addSession(Mode::Direct, sessions.direct, false);
+  addSession(Mode::Off, sessions.off, false);
+  addSession(Mode::Basic, sessions.basic, true);
+  addSession(Mode::Pattern, sessions.pattern, true);
+  addBare("bare-basic", sessions.bareBasic);
+  addBare("bare-pattern", sessions.barePattern);
+}
+
+void RegisterThreads(const Case& call, CallSessions& sessions) {
+  const std::string name = "threads/" + std::string(call.name) + "/";
+  const auto add = [&](std::string_view mode, auto run) {
+    benchmark::RegisterBenchmark((name + std::string(mode)).c_str(), run)
+        ->Threads(1)
+        ->Threads(2)
+        ->Threads(4)
+        ->UseRealTime();
+  };
+  for (const auto& [mode, session] :
+       {std::pair("off", &sessions.off), std::pair("basic", &sessions.basic)}) {
+    add(mode, [&call, session](benchmark::State& state) { RunCalls(state, *session, call, 0); });
+  }
+  add("bare-basic", [&messages = MessagesOnce(call, sessions.basic), &logger = sessions.bareBasic](
+                        benchmark::State& state) { RunBareLines(state, logger, messages); });
+}
+
+void RegisterBuffers(const Case& call, const Session& session) {
+  benchmark::RegisterBenchmark(("buffers/" + std::to_string(session.buffers()) + "/off").c_str(),
+                               [&call, &session](benchmark::State& state) {
+                                 RunCalls(state, session, call, session.buffers() - 1);
+                               })
+      ->UseRealTime();
+}
+
+}  // namespace
+
+std::unique_ptr<CallSessions, DeleteCallSessions> RegisterCallBenchmarks() {
+  std::unique_ptr<CallSessions, DeleteCallSessions> sessions(new CallSessions);
+  for (const Case& call : Cases()) {
+    RegisterCall(call, *sessions);
+  }
+  const Case& queue = Cases().front();
+  RegisterThreads(queue, *sessions);
+  for (const Session* session : {&sessions->oneBuffer, &sessions->off, &sessions->manyBuffers}) {
+    RegisterBuffers(queue, *session);
+  }
+  return sessions;
+}
+
+}  // namespace vextrel_benchmark

@@ -1,0 +1,71 @@
+# Turns Google Benchmark's output into the table and the bars of scripts/bench.
+#
+# L is log4cpp writing the same lines ready-made ("bare-..."). A call's own share is what tracing it
+# costs beyond the direct call and L, as a part of L.
+
+def medians:
+  [.benchmarks[] | select(.aggregate_name == "median")
+   | {key: (.run_name | gsub("/(iterations:[0-9]+|real_time)"; "")), value: .real_time}]
+  | from_entries;
+
+def pad($width): tostring | . + (" " * ([$width - length, 0] | max));
+def lead($width): tostring | (" " * ([$width - length, 0] | max)) + .;
+def fixed($digits):
+  . as $x | pow(10; $digits) as $scale | ($x | fabs * $scale | round) as $units
+  | (if $x < 0 and $units > 0 then "-" else "" end) + ($units / $scale | floor | tostring)
+    + (if $digits > 0 then "." + ($units % $scale | tostring | lead($digits) | gsub(" "; "0"))
+       else "" end);
+def time:
+  if . < 1000 then (fixed(1) + " ns")
+  elif . < 1000000 then (. / 1000 | fixed(2) + " us")
+  else (. / 1000000 | fixed(2) + " ms") end;
+
+def small: ["DSQueueBuffer", "EventGetData/8", "DSGetBufferInfo/STRING", "DSGetBufferInfo/SIZET",
+            "DSGetBufferInfo/PTR", "GCReadPort/4", "GCRegisterEvent+GCUnregisterEvent", "frame"];
+
+def share($m; $case; $layout):
+  ($m["call/\($case)/\($layout)"] - $m["call/\($case)/direct"])
+  / $m["call/\($case)/bare-\($layout)"] - 1;
+
+def bar($what; $value; $limit; $digits):
+  {what: $what, value: $value, limit: $limit, met: ($value <= $limit),
+   text: "\($value | fixed($digits)) (at most \($limit))"};
+
+def bars($m):
+  [(small[] as $case | ("basic", "pattern") as $layout
+    | bar("own share of \($case), \($layout), in L"; share($m; $case; $layout); 0.10; 3)),
+   ($m["call/DSQueueBuffer/off"] - $m["call/DSQueueBuffer/direct"]) as $off
+   | bar("DSQueueBuffer with INFO off, ns over the direct call"; $off; 60; 1),
+   (("STRING", "SIZET", "PTR") as $type | "call/DSGetBufferInfo/\($type)" as $case
+    | bar("DSGetBufferInfo/\($type) with INFO off, over the direct call, in L";
+          ($m[$case + "/off"] - $m[$case + "/direct"]) / $m[$case + "/bare-basic"]; 0.12; 3)),
+   bar("a byte dump of 4 KiB, parts of the stream's time";
+       $m["render/ByteDump/4KiB"] / $m["render/ByteDump/4KiB/stream"]; 0.01; 4),
+   bar("a byte dump of 1 MiB, times filling a string of its size";
+       $m["render/ByteDump/1MiB"] / $m["render/ByteDump/1MiB/fill"]; 2; 2),
+   (("basic", "pattern") as $layout
+    | bar("GCReadPort/1MiB, \($layout), in L";
+          $m["call/GCReadPort/1MiB/\($layout)"] / $m["call/GCReadPort/1MiB/bare-\($layout)"];
+          1.15; 3))];
+
+def call_table($m):
+  ("\("call" | pad(34))\("direct" | lead(10))\("off" | lead(11))\("basic" | lead(11))"
+   + "\("L" | lead(11))\("share" | lead(8))\("pattern" | lead(11))\("L" | lead(11))\("share" | lead(8))"),
+  ([$m | keys_unsorted[] | select(test("^call/.*/direct$")) | ltrimstr("call/") | rtrimstr("/direct")][]
+   | . as $case | "call/\($case)" as $key
+   | "\($case | pad(34))\($m[$key + "/direct"] | time | lead(10))\($m[$key + "/off"] | time | lead(11))"
+     + "\($m[$key + "/basic"] | time | lead(11))\($m[$key + "/bare-basic"] | time | lead(11))"
+     + "\(share($m; $case; "basic") | fixed(3) | lead(8))"
+     + "\($m[$key + "/pattern"] | time | lead(11))\($m[$key + "/bare-pattern"] | time | lead(11))"
+     + "\(share($m; $case; "pattern") | fixed(3) | lead(8))");
+
+def other_table($m):
+  $m | keys_unsorted[] | select(startswith("call/") | not)
+  | "\(. | pad(48))\($m[.] | time | lead(12))";
+
+medians as $m
+| bars($m) as $bars
+| call_table($m), "", other_table($m), "",
+  ($bars[] | "\(if .met then "met   " else "MISSED" end)  \(.what): \(.text)"),
+  "",
+  "\([$bars[] | select(.met)] | length) of \($bars | length) bars met"
