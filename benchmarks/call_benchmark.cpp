@@ -20,10 +20,12 @@ struct CallSessions {
   Session off{Mode::Off};
   Session basic{Mode::Basic};
   Session pattern{Mode::Pattern};
+  Session fast{Mode::Fast};
   Session oneBuffer{Mode::Off, 1};
   Session manyBuffers{Mode::Off, 1024};
   BareLogger bareBasic{Mode::Basic};
   BareLogger barePattern{Mode::Pattern};
+  BareLogger bareFast{Mode::Fast};
 };
 
 void DeleteCallSessions::operator()(CallSessions* sessions) const {
@@ -102,8 +104,10 @@ void RegisterCall(const Case& call, CallSessions& sessions) {
   addSession(Mode::Off, sessions.off, false);
   addSession(Mode::Basic, sessions.basic, true);
   addSession(Mode::Pattern, sessions.pattern, true);
+  addSession(Mode::Fast, sessions.fast, true);
   addBare("bare-basic", sessions.bareBasic);
   addBare("bare-pattern", sessions.barePattern);
+  addBare("bare-fast", sessions.bareFast);
 }
 
 void RegisterThreads(const Case& call, CallSessions& sessions) {

@@ -32,7 +32,7 @@ def bar($what; $value; $limit; $digits):
    text: "\($value | fixed($digits)) (at most \($limit))"};
 
 def bars($m):
-  [(small[] as $case | ("basic", "pattern") as $layout
+  [(small[] as $case | ("basic", "pattern", "fast") as $layout
     | bar("own share of \($case), \($layout), in L"; share($m; $case; $layout); 0.10; 3)),
    ($m["call/DSQueueBuffer/off"] - $m["call/DSQueueBuffer/direct"]) as $off
    | bar("DSQueueBuffer with INFO off, ns over the direct call"; $off; 60; 1),
@@ -43,21 +43,24 @@ def bars($m):
        $m["render/ByteDump/4KiB"] / $m["render/ByteDump/4KiB/stream"]; 0.01; 4),
    bar("a byte dump of 1 MiB, times filling a string of its size";
        $m["render/ByteDump/1MiB"] / $m["render/ByteDump/1MiB/fill"]; 2; 2),
-   (("basic", "pattern") as $layout
+   (("basic", "pattern", "fast") as $layout
     | bar("GCReadPort/1MiB, \($layout), in L";
           $m["call/GCReadPort/1MiB/\($layout)"] / $m["call/GCReadPort/1MiB/bare-\($layout)"];
           1.15; 3))];
 
+def layouts: ["basic", "pattern", "fast"];
+
 def call_table($m):
-  ("\("call" | pad(34))\("direct" | lead(10))\("off" | lead(11))\("basic" | lead(11))"
-   + "\("L" | lead(11))\("share" | lead(8))\("pattern" | lead(11))\("L" | lead(11))\("share" | lead(8))"),
-  ([$m | keys_unsorted[] | select(test("^call/.*/direct$")) | ltrimstr("call/") | rtrimstr("/direct")][]
+  ("\("call" | pad(34))\("direct" | lead(9))\("off" | lead(10))"
+   + ([layouts[] | lead(11) + ("L" | lead(10)) + ("share" | lead(7))] | add)),
+  ([$m | keys_unsorted[] | select(test("^call/.*/direct$")) | ltrimstr("call/")
+    | rtrimstr("/direct")][]
    | . as $case | "call/\($case)" as $key
-   | "\($case | pad(34))\($m[$key + "/direct"] | time | lead(10))\($m[$key + "/off"] | time | lead(11))"
-     + "\($m[$key + "/basic"] | time | lead(11))\($m[$key + "/bare-basic"] | time | lead(11))"
-     + "\(share($m; $case; "basic") | fixed(3) | lead(8))"
-     + "\($m[$key + "/pattern"] | time | lead(11))\($m[$key + "/bare-pattern"] | time | lead(11))"
-     + "\(share($m; $case; "pattern") | fixed(3) | lead(8))");
+   | "\($case | pad(34))\($m[$key + "/direct"] | time | lead(9))\($m[$key + "/off"] | time | lead(10))"
+     + ([layouts[] as $layout
+         | ($m["\($key)/\($layout)"] | time | lead(11))
+           + ($m["\($key)/bare-\($layout)"] | time | lead(10))
+           + (share($m; $case; $layout) | fixed(3) | lead(7))] | add));
 
 def other_table($m):
   $m | keys_unsorted[] | select(startswith("call/") | not)

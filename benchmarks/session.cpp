@@ -23,15 +23,21 @@ std::filesystem::path BuildFolder() {
 }  // namespace
 
 std::string_view ModeName(Mode mode) {
-  constexpr std::string_view names[] = {"direct", "off", "basic", "pattern"};
+  constexpr std::string_view names[] = {"direct", "off", "basic", "pattern", "fast"};
   return names[static_cast<std::size_t>(mode)];
 }
 
 std::string_view LayoutOf(Mode mode) {
-  return mode == Mode::Pattern ? "appender.file.layout=PatternLayout\n"
-                                 "appender.file.layout.ConversionPattern="
-                                 "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n\n"
-                               : "appender.file.layout=BasicLayout\n";
+  switch (mode) {
+    case Mode::Pattern:
+      return "appender.file.layout=PatternLayout\n"
+             "appender.file.layout.ConversionPattern=%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n\n";
+    case Mode::Fast:
+      return "appender.file.layout=PatternLayout\n"
+             "appender.file.layout.ConversionPattern=%r [%t] %p %m%n\n";
+    default:
+      return "appender.file.layout=BasicLayout\n";
+  }
 }
 
 std::filesystem::path ScratchFolder() {

@@ -14,10 +14,11 @@
 namespace vextrel_benchmark {
 
 enum class Mode {
-  Direct,  // the target itself
-  Off,     // the proxy, INFO switched off
-  Basic,   // the proxy, logging to a file with BasicLayout
-  Pattern  // the proxy, logging to a file with date and thread
+  Direct,   // the target itself
+  Off,      // the proxy, INFO switched off
+  Basic,    // the proxy, logging to a file with BasicLayout
+  Pattern,  // the proxy, logging as config/file.properties does: date and thread
+  Fast      // the proxy, logging as config/high-frame-rate.properties does
 };
 
 [[nodiscard]] std::string_view ModeName(Mode mode);

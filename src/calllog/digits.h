@@ -3,6 +3,7 @@
 #define VEXTREL_CALLLOG_DIGITS_H
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -35,6 +36,14 @@ class Digits {
 
   // Six significant digits, in the general format.
   [[nodiscard]] static Digits General(double value) noexcept {
+    constexpr std::uint64_t sign = 0x8000000000000000U;
+    constexpr std::uint64_t infinity = 0x7FF0000000000000U;
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    if ((bits & ~sign) > infinity) {
+      // Not left to the library, which may compare the value: with some, that sets a flag in the
+      // floating-point environment, and that is the consumer's.
+      return Text((bits & sign) != 0 ? "-nan" : "nan");
+    }
     return FromChars([value](char* first, char* last) {
       return std::to_chars(first, last, value, std::chars_format::general, 6);
     });
@@ -56,6 +65,12 @@ class Digits {
 
  private:
   Digits() noexcept {}  // NOLINT: the text is written by whoever constructs it
+
+  [[nodiscard]] static Digits Text(std::string_view text) noexcept {
+    Digits digits;
+    digits.size_ = text.copy(digits.text_.data(), kRoom);
+    return digits;
+  }
 
   template <typename Convert>
   [[nodiscard]] static Digits FromChars(Convert convert) noexcept {

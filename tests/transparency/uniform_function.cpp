@@ -1,0 +1,113 @@
+#include "transparency/uniform_function.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+namespace vextrel_test {
+
+std::function<GC_ERROR(const Patterns&)> onTargetCall;
+
+namespace {
+
+template <typename Value>
+std::uint64_t ToPattern(Value value) {
+  if constexpr (std::is_pointer_v<Value>) {
+    return reinterpret_cast<std::uintptr_t>(value);
+  } else {
+    return static_cast<std::uint64_t>(value);
+  }
+}
+
+template <typename Value>
+Value FromPattern(std::uint64_t pattern) {
+  if constexpr (std::is_pointer_v<Value>) {
+    return reinterpret_cast<Value>(static_cast<std::uintptr_t>(pattern));
+  } else {
+    return static_cast<Value>(pattern);
+  }
+}
+
+template <typename Value>
+constexpr std::size_t PointeeSize() {
+  if constexpr (std::is_pointer_v<Value>) {
+    using Pointee = std::remove_pointer_t<Value>;
+    if constexpr (!std::is_void_v<Pointee>) {
+      return sizeof(Pointee);
+    }
+  }
+  return 0;
+}
+
+template <typename... Parameters>
+GC_ERROR GC_CALLTYPE PlayUniformly(Parameters... parameters) {
+  return onTargetCall(Patterns{ToPattern(parameters)...});
+}
+
+template <typename... Parameters>
+using Slot = GC_ERROR (GC_CALLTYPE* GenTLFunctions::*)(Parameters...);
+
+template <typename... Parameters, std::size_t... Places>
+UniformFunction MakeUniform(const FunctionRoles& row, Slot<Parameters...> slot,
+                            std::index_sequence<Places...> /*places*/) {
+  const auto given = static_cast<std::size_t>(
+      std::ranges::count_if(row.roles, [](Role role) { return role != Role::None; }));
+  if (given != sizeof...(Parameters)) {
+    throw std::logic_error(std::string(row.name) + " has another number of arguments");
+  }
+  return {
+      std::string(row.name),
+      row.roles,
+      {PointeeSize<Parameters>()...},
+      []([[maybe_unused]] const Patterns& patterns) {
+        return Patterns{ToPattern(FromPattern<Parameters>(patterns[Places]))...};
+      },
+      [slot](const GenTLFunctions& functions, [[maybe_unused]] const Patterns& patterns) {
+        return (functions.*slot)(FromPattern<Parameters>(patterns[Places])...);
+      },
+      [slot](GenTLFunctions& functions) { functions.*slot = &PlayUniformly<Parameters...>; },
+  };
+}
+
+template <typename... Parameters>
+UniformFunction MakeUniform(const FunctionRoles& row, Slot<Parameters...> slot) {
+  return MakeUniform(row, slot, std::index_sequence_for<Parameters...>());
+}
+
+std::vector<UniformFunction> MakeAll() {
+  std::vector<UniformFunction> functions;
+  ForEachFunction([&](const char* name, auto slot) {
+    const auto* row = std::ranges::find(kFunctionRoles, name, &FunctionRoles::name);
+    if (row == kFunctionRoles.end()) {
+      throw std::logic_error(std::string(name) + " has no row");
+    }
+    functions.push_back(MakeUniform(*row, slot));
+  });
+  return functions;
+}
+
+}  // namespace
+
+const std::vector<UniformFunction>& UniformFunctions() {
+  static const std::vector<UniformFunction> functions = MakeAll();
+  return functions;
+}
+
+const UniformFunction& FindFunction(const std::string& name) {
+  const auto found = std::ranges::find(UniformFunctions(), name, &UniformFunction::name);
+  if (found == UniformFunctions().end()) {
+    throw std::logic_error("no function " + name);
+  }
+  return *found;
+}
+
+std::vector<std::string> FunctionNames() {
+  std::vector<std::string> names;
+  for (const UniformFunction& function : UniformFunctions()) {
+    names.push_back(function.name);
+  }
+  return names;
+}
+
+}  // namespace vextrel_test
