@@ -54,9 +54,9 @@ void Add(const char* name, Make make) {
 
 void AddDump(const std::string& size, std::size_t bytes) {
   const auto data = Data(bytes);
-  const std::size_t textSize = RenderByteDump(data.data(), bytes).size();
+  const std::size_t textSize = RenderByteDump(data.data(), bytes).view().size();
   Add(("render/ByteDump/" + size).c_str(),
-      [data, bytes] { return RenderByteDump(data.data(), bytes); });
+      [data, bytes] { return RenderByteDump(data.data(), bytes).view().back(); });
   Add(("render/ByteDump/" + size + "/stream").c_str(),
       [data, bytes] { return StreamByteDump(data.data(), bytes); });
   Add(("render/ByteDump/" + size + "/fill").c_str(),

@@ -52,13 +52,9 @@ void ByteDump::AppendTo(std::string& text) const {
   last.Write(appendRoom(last.size()));
 }
 
-std::string RenderByteDump(const void* pBuffer, std::size_t iSize) {
+RenderedText RenderByteDump(const void* pBuffer, std::size_t iSize) {
   const ByteDump dump{pBuffer, iSize};
-  std::string text;
-  text.reserve(dump.size() + 1);
-  dump.AppendTo(text);
-  text.push_back('\0');
-  return text;
+  return {dump.size(), [&dump](char* text) { dump.Write(text); }};
 }
 
 std::string RenderPortData(const PORT_REGISTER_STACK_ENTRY* pEntries, std::size_t iNumEntries) {

@@ -8,13 +8,14 @@
 #include <cstddef>
 #include <string>
 
+#include "calllog/rendered_text.h"
 #include "gentl/gentl.h"
 
 namespace vextrel {
 
 // `iSize` bytes at `pBuffer` as "0x0a,0xff", sixteen to a line, and one NUL character that counts
 // in the size. Empty but for that for a null pointer.
-[[nodiscard]] std::string RenderByteDump(const void* pBuffer, std::size_t iSize);
+[[nodiscard]] RenderedText RenderByteDump(const void* pBuffer, std::size_t iSize);
 
 // The same text without the NUL as a value of a line, which is then rendered right where it stands
 // in the line: a big dump is costly to copy. Refers to the memory until then.

@@ -23,6 +23,11 @@ class RenderedText {
   RenderedText(std::initializer_list<std::string_view> parts);
   // The same text as of {digits.view()}.
   explicit RenderedText(const Digits& digits) noexcept;
+  // What write(char*) writes: `length` characters, none of them NUL.
+  template <typename Write>
+  RenderedText(std::size_t length, Write write) : RenderedText(length) {
+    write(MutableText());
+  }
   // A text that is never destroyed and has a NUL character behind its end, and none before.
   [[nodiscard]] static RenderedText Name(std::string_view name) noexcept {
     return RenderedText(name.data(), name.size());
@@ -46,6 +51,12 @@ class RenderedText {
 
   RenderedText(const char* name, std::size_t length) noexcept  // NOLINT: inline_ is not used
       : text_(name), size_(length + 1), shownSize_(length) {}
+
+  // Room for a text of that length, which is not written yet, and the NUL behind it.
+  explicit RenderedText(std::size_t length);
+  [[nodiscard]] char* MutableText() noexcept {
+    return isAllocated_ ? const_cast<char*>(text_) : inline_.data();
+  }
 
   const char* text_ = nullptr;
   std::size_t size_ = 1;

@@ -10,11 +10,17 @@
 #include <string>
 #include <vector>
 
+#include "calllog/port_rendering.h"
 #include "gentl/gentl.h"
 
 namespace vextrel_test {
 
 using Bytes = std::vector<std::uint8_t>;
+
+// Everything of the dump, the final NUL included.
+[[nodiscard]] inline std::string DumpOf(const void* pBuffer, std::size_t iSize) {
+  return std::string(vextrel::RenderByteDump(pBuffer, iSize).view());
+}
 
 // 0, 1, 2 and so on.
 [[nodiscard]] inline Bytes CountedBytes(std::size_t count) {

@@ -18,7 +18,6 @@ namespace vextrel_test {
 namespace {
 
 using vextrel::ByteDump;
-using vextrel::RenderByteDump;
 using vextrel::RenderPortData;
 
 constexpr std::size_t kLengths = 300;
@@ -26,12 +25,12 @@ constexpr std::size_t kLengths = 300;
 TEST(RenderByteDumpAgainstStreams, AgreesForEveryByteValueAtEveryPlaceOfALine) {
   for (unsigned value = 0; value < 256; ++value) {
     Bytes bytes(1, static_cast<std::uint8_t>(value));
-    ASSERT_EQ(RenderByteDump(bytes.data(), 1), ReferenceByteDump(bytes.data(), 1)) << value;
+    ASSERT_EQ(DumpOf(bytes.data(), 1), ReferenceByteDump(bytes.data(), 1)) << value;
     bytes = Bytes(17, static_cast<std::uint8_t>(value));
-    ASSERT_EQ(RenderByteDump(bytes.data(), 17), ReferenceByteDump(bytes.data(), 17)) << value;
+    ASSERT_EQ(DumpOf(bytes.data(), 17), ReferenceByteDump(bytes.data(), 17)) << value;
   }
   const Bytes all = CountedBytes(256);
-  EXPECT_EQ(RenderByteDump(all.data(), all.size()), ReferenceByteDump(all.data(), all.size()));
+  EXPECT_EQ(DumpOf(all.data(), all.size()), ReferenceByteDump(all.data(), all.size()));
 }
 
 TEST(RenderByteDumpAgainstStreams, AgreesForEveryLengthAtEveryAlignment) {
@@ -41,7 +40,7 @@ TEST(RenderByteDumpAgainstStreams, AgreesForEveryLengthAtEveryAlignment) {
     const std::string expected = ReferenceByteDump(source.data(), length);
     for (std::size_t offset = 0; offset < kAlignments; ++offset) {
       std::copy_n(source.begin(), length, bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-      ASSERT_EQ(RenderByteDump(bytes.data() + offset, length), expected)
+      ASSERT_EQ(DumpOf(bytes.data() + offset, length), expected)
           << length << " bytes, offset " << offset;
     }
   }
@@ -52,8 +51,8 @@ TEST(RenderByteDumpAgainstStreams, ReadsNothingBesideTheBytes) {
   for (std::size_t length = 0; length <= kLengths; ++length) {
     const Bytes bytes = RandomBytes(length);
     const std::string expected = ReferenceByteDump(bytes.data(), length);
-    ASSERT_EQ(RenderByteDump(memory.PutAtEnd(bytes), length), expected) << length;
-    ASSERT_EQ(RenderByteDump(memory.PutAtBegin(bytes), length), expected) << length;
+    ASSERT_EQ(DumpOf(memory.PutAtEnd(bytes), length), expected) << length;
+    ASSERT_EQ(DumpOf(memory.PutAtBegin(bytes), length), expected) << length;
   }
 }
 
@@ -62,7 +61,7 @@ TEST(RenderByteDumpAgainstStreams, StaysInsideAHeapBlockOfExactSize) {
     const Bytes bytes = RandomBytes(length);
     const auto block = std::make_unique<std::uint8_t[]>(length);
     std::copy(bytes.begin(), bytes.end(), block.get());
-    ASSERT_EQ(RenderByteDump(block.get(), length), ReferenceByteDump(bytes.data(), length));
+    ASSERT_EQ(DumpOf(block.get(), length), ReferenceByteDump(bytes.data(), length));
   }
 }
 
@@ -71,8 +70,7 @@ TEST(RenderByteDumpAgainstStreams, AgreesForLargeData) {
        {std::size_t{4095}, std::size_t{4096}, std::size_t{50'000}, std::size_t{65'535},
         std::size_t{65'536}, std::size_t{65'537}, std::size_t{1'048'577}}) {
     const Bytes bytes = RandomBytes(length);
-    ASSERT_TRUE(RenderByteDump(bytes.data(), length) == ReferenceByteDump(bytes.data(), length))
-        << length;
+    ASSERT_TRUE(DumpOf(bytes.data(), length) == ReferenceByteDump(bytes.data(), length)) << length;
   }
 }
 
@@ -81,7 +79,7 @@ TEST(RenderByteDumpAgainstStreams, AgreesWhereOnePartEndsAndTheNextBegins) {
   for (std::size_t parts = 1; parts <= 4; ++parts) {
     for (std::size_t length = parts * 3200 - 33; length <= parts * 3200 + 33; ++length) {
       const Bytes bytes = RandomBytes(length);
-      ASSERT_TRUE(RenderByteDump(bytes.data(), length) == ReferenceByteDump(bytes.data(), length))
+      ASSERT_TRUE(DumpOf(bytes.data(), length) == ReferenceByteDump(bytes.data(), length))
           << length;
     }
   }

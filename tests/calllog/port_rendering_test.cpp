@@ -15,7 +15,6 @@
 namespace vextrel_test {
 namespace {
 
-using vextrel::RenderByteDump;
 using vextrel::RenderPortData;
 
 using Entries = std::vector<PORT_REGISTER_STACK_ENTRY>;
@@ -30,41 +29,41 @@ Entries EmptyEntries(std::size_t count) {
 }
 
 TEST(RenderByteDump, IsEmptyForNoBytes) {
-  EXPECT_EQ(RenderByteDump("abc", 0), WithNul(""));
+  EXPECT_EQ(DumpOf("abc", 0), WithNul(""));
 }
 
 TEST(RenderByteDump, IsEmptyForANullPointerWhateverTheSize) {
-  EXPECT_EQ(RenderByteDump(nullptr, 0), WithNul(""));
-  EXPECT_EQ(RenderByteDump(nullptr, 16), WithNul(""));
-  EXPECT_EQ(RenderByteDump(nullptr, std::numeric_limits<std::size_t>::max()), WithNul(""));
+  EXPECT_EQ(DumpOf(nullptr, 0), WithNul(""));
+  EXPECT_EQ(DumpOf(nullptr, 16), WithNul(""));
+  EXPECT_EQ(DumpOf(nullptr, std::numeric_limits<std::size_t>::max()), WithNul(""));
 }
 
 TEST(RenderByteDump, ShowsOneByteWithoutCommaOrLineFeed) {
-  EXPECT_EQ(RenderByteDump("\x7f", 1), WithNul("0x7f"));
+  EXPECT_EQ(DumpOf("\x7f", 1), WithNul("0x7f"));
 }
 
 TEST(RenderByteDump, ShowsTwoLowerCaseDigitsPerByte) {
   const std::array<std::uint8_t, 6> bytes = {0x0A, 0xFF, 0x00, 0x10, 0x9B, 0xC0};
-  EXPECT_EQ(RenderByteDump(bytes.data(), bytes.size()), WithNul("0x0a,0xff,0x00,0x10,0x9b,0xc0"));
+  EXPECT_EQ(DumpOf(bytes.data(), bytes.size()), WithNul("0x0a,0xff,0x00,0x10,0x9b,0xc0"));
 }
 
 TEST(RenderByteDump, EndsAFullLineWithALineFeedAndWithoutAComma) {
   const Bytes bytes = CountedBytes(16);
-  EXPECT_EQ(RenderByteDump(bytes.data(), bytes.size()),
+  EXPECT_EQ(DumpOf(bytes.data(), bytes.size()),
             WithNul("0x00,0x01,0x02,0x03,0x04,0x05,0x06,0x07,"
                     "0x08,0x09,0x0a,0x0b,0x0c,0x0d,0x0e,0x0f\n"));
 }
 
 TEST(RenderByteDump, BreaksTheLineBehindTheCommaOfTheSixteenthByte) {
   const Bytes bytes = CountedBytes(17);
-  EXPECT_EQ(RenderByteDump(bytes.data(), bytes.size()),
+  EXPECT_EQ(DumpOf(bytes.data(), bytes.size()),
             WithNul("0x00,0x01,0x02,0x03,0x04,0x05,0x06,0x07,"
                     "0x08,0x09,0x0a,0x0b,0x0c,0x0d,0x0e,0x0f,\n0x10"));
 }
 
 TEST(RenderByteDump, EndsTheSecondFullLineWithALineFeed) {
   const Bytes bytes = CountedBytes(32);
-  EXPECT_EQ(RenderByteDump(bytes.data(), bytes.size()),
+  EXPECT_EQ(DumpOf(bytes.data(), bytes.size()),
             WithNul("0x00,0x01,0x02,0x03,0x04,0x05,0x06,0x07,"
                     "0x08,0x09,0x0a,0x0b,0x0c,0x0d,0x0e,0x0f,\n"
                     "0x10,0x11,0x12,0x13,0x14,0x15,0x16,0x17,"

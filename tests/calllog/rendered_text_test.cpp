@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -83,6 +84,15 @@ TEST(RenderedText, RefersToANameInsteadOfCopyingIt) {
   EXPECT_EQ(Whole(rendered), WithNul("GC_ERR_SUCCESS"));
   EXPECT_EQ(rendered.c_str(), name.data());
   EXPECT_EQ(rendered.shown(), "GC_ERR_SUCCESS");
+}
+
+TEST(RenderedText, HoldsWhatIsWrittenIntoIt) {
+  for (const std::size_t length : {0, 1, 62, 63, 64, 65, 5000}) {
+    const RenderedText rendered(
+        length, [length](char* text) { std::fill_n(text, length, static_cast<char>('w')); });
+    ASSERT_EQ(Whole(rendered), WithNul(std::string(length, 'w')));
+    ASSERT_EQ(rendered.shown(), std::string(length, 'w'));
+  }
 }
 
 TEST(RenderedText, HoldsDigits) {
