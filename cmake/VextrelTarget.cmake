@@ -18,6 +18,15 @@ function(vextrel_configure_target target)
   endif()
 endfunction()
 
+# Has a target count which of its lines run. Not the tests and libraries: only the product's lines
+# are asked about. Its warnings differ from the optimised builds', which are what has to be clean.
+function(vextrel_count_lines target)
+  if(VEXTREL_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic -O0 -Wno-error)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()
+
 # Links the C++ and compiler runtimes into a Windows binary, so that it needs system DLLs only.
 function(vextrel_link_static_runtime target)
   if(MINGW)

@@ -74,7 +74,7 @@ class LastErrorGuard {
 
  private:
   int errno_;
-  std::uint32_t lastError_ = 0;
+  [[maybe_unused]] std::uint32_t lastError_ = 0;  // Windows has both
 };
 
 }  // namespace vextrel::platform

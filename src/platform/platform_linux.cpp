@@ -13,7 +13,8 @@
 namespace vextrel::platform {
 
 VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size) {
-  const char* value = std::getenv(name);
+  // A name cannot hold '=', but getenv would look for one that does.
+  const char* value = std::strchr(name, '=') == nullptr ? std::getenv(name) : nullptr;
   if (value == nullptr || *value == '\0') {
     return {0, kErrorVariableNotFound};
   }

@@ -44,6 +44,16 @@ TEST_F(ReadVariableTest, GivesTheLengthWithoutTheNulOfAValueThatFits) {
   EXPECT_STREQ(buffer.data(), "value");
 }
 
+TEST_F(ReadVariableTest, DoesNotTakeAPartOfTheValueForTheName) {
+  SetVariable(kName, "x=y");
+  buffer.assign(16, kUntouched);
+  const std::string name = std::string(kName) + "=x";
+  const VariableRead read = ReadVariable(name.c_str(), buffer.data(), 16);
+  EXPECT_EQ(read.count, 0U);
+  EXPECT_EQ(read.error, kNotFound);
+  EXPECT_TRUE(IsBufferUntouched());
+}
+
 TEST_F(ReadVariableTest, WritesNothingBehindTheNul) {
   SetVariable(kName, "value");
   EXPECT_EQ(Read(256).count, 5U);
