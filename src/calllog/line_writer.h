@@ -48,7 +48,8 @@ class ShortLineWriter {
   }
   void Append(const ByteDump& dump) noexcept { end_ = dump.Write(end_); }
   [[nodiscard]] std::string Take() const {
-    return std::string(text_.data(), static_cast<std::size_t>(end_ - text_.data()));
+    std::string line(text_.data(), static_cast<std::size_t>(end_ - text_.data()));
+    return line;
   }
 
  private:

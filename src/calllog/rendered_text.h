@@ -30,7 +30,7 @@ class RenderedText {
   }
   // A text that is never destroyed and has a NUL character behind its end, and none before.
   [[nodiscard]] static RenderedText Name(std::string_view name) noexcept {
-    return RenderedText(name.data(), name.size());
+    return {name.data(), name.size()};
   }
   ~RenderedText() {
     if (isAllocated_) {

@@ -4,6 +4,7 @@
 
 #include "calllog/logger_setup.h"
 #include "lifecycle/observation.h"
+#include "platform/platform.h"
 
 namespace vextrel {
 namespace {
@@ -15,7 +16,7 @@ void DeleteTable(Table*& table) {
 
 }  // namespace
 
-ProxyState proxyState;
+VEXTREL_CONSTRUCTED_FIRST ProxyState proxyState;
 
 log4cpp::Category& CallLogger() {
   return proxyState.logger != nullptr ? *proxyState.logger : GetLogger("Vextrel");

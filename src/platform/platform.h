@@ -13,6 +13,14 @@
 #include <memory>
 #include <string>
 
+// For an object that has to be there before the module's entry code runs. On Windows all static
+// objects are; elsewhere the entry code is a static object itself.
+#if defined(__GNUC__)
+#define VEXTREL_CONSTRUCTED_FIRST [[gnu::init_priority(101)]]
+#else
+#define VEXTREL_CONSTRUCTED_FIRST
+#endif
+
 namespace vextrel::platform {
 
 // A loaded module, as the loader knows it. Null is no module.

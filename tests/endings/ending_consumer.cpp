@@ -1,0 +1,226 @@
+// A consumer that ends in the way it is told.
+//   ending_consumer FOLDER ENDING COMPANY CALLS
+//   ending_consumer FOLDER REPETITION - ROUNDS
+#include "endings/ending_consumer.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "endings/child.h"
+#include "memory/resources.h"
+#include "support/proxy.h"
+
+namespace vextrel_test {
+namespace {
+
+struct Failure {
+  std::string what;
+};
+
+void Require(bool condition, const std::string& what) {
+  if (!condition) {
+    throw Failure{what};
+  }
+}
+
+// The proxy, loaded.
+class Proxy {
+ public:
+  Proxy() : module_(ProxyPath()) {
+    ForEachFunction([this](const char* name, auto slot) {
+      functions_.*slot = reinterpret_cast<std::remove_reference_t<decltype(functions_.*slot)>>(
+          module_.FindAddress(name));
+      Require(functions_.*slot != nullptr, name);
+    });
+  }
+
+  const GenTLFunctions* operator->() const { return &functions_; }
+
+  void Init() const { Require(functions_.GCInitLib() == GC_ERR_SUCCESS, "GCInitLib"); }
+  void Close() const { Require(functions_.GCCloseLib() == GC_ERR_SUCCESS, "GCCloseLib"); }
+  void Call(std::uintptr_t number) const {
+    Require(functions_.EventFlush(Handle(kFirstNumber + number)) == GC_ERR_SUCCESS, "EventFlush");
+  }
+
+ private:
+  Module module_;
+  GenTLFunctions functions_;
+};
+
+std::atomic<bool> isBlocked = false;
+std::array<std::atomic<std::size_t>, kBusyThreads> busyCalls;
+
+template <typename Condition>
+void WaitUntil(Condition condition) {
+  while (!condition()) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+// One more thread, which sits in a call when the process ends.
+void Block(const Proxy& proxy) {
+  const Module target(ScriptedTargetPath());
+  target.Find<GetTargetScriptFunction>("GetTargetScript")()->functions.EventGetData =
+      [](EVENT_HANDLE, void*, size_t*, uint64_t) -> GC_ERROR {
+    isBlocked = true;
+    for (;;) {
+      std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+  };
+  std::thread([&proxy] {
+    size_t size = 0;
+    proxy->EventGetData(nullptr, nullptr, &size, ~uint64_t{0});
+  }).detach();
+  WaitUntil([] { return isBlocked.load(); });
+}
+
+// More threads, which make one call after the other while the process ends.
+void KeepBusy(const Proxy& proxy) {
+  for (std::size_t thread = 0; thread < kBusyThreads; ++thread) {
+    std::thread([&proxy, thread] {
+      for (;;) {
+        proxy->EventKill(Handle(kBusyHandle + thread));
+        ++busyCalls[thread];
+      }
+    }).detach();
+  }
+  WaitUntil([] {
+    return std::ranges::all_of(busyCalls, [](std::size_t calls) { return calls >= kBusyCalls; });
+  });
+}
+
+// Both sides of a start at the same time.
+void Meet(const std::filesystem::path& folder) {
+  WriteFile(folder / kReadyFile, "");
+  WaitUntil([&] { return std::filesystem::exists(folder / kGoFile); });
+}
+
+// Makes one more call when the process ends, after the module's own clean-up if the system does
+// that with the program's: what is registered first runs last.
+const Proxy* lateCaller = nullptr;
+std::uintptr_t lateNumber = 0;
+void CallLate() {
+  if (lateCaller != nullptr) {
+    lateCaller->Call(lateNumber);
+  }
+}
+
+int End(const std::string& ending, const std::string& company, std::uintptr_t calls,
+        const std::filesystem::path& folder) {
+  if (ending == "call_late") {
+    std::atexit(CallLate);
+  }
+  auto proxy = std::make_unique<Proxy>();
+  proxy->Init();
+  if (company == "blocked") {
+    Block(*proxy);
+  } else if (company == "busy") {
+    KeepBusy(*proxy);
+  } else if (company == "another") {
+    Meet(folder);
+  }
+  for (std::uintptr_t number = 0; number < calls; ++number) {
+    proxy->Call(number);
+  }
+  if (ending == "close") {
+    proxy->Close();
+  }
+  if (ending == "close" || ending == "unload") {
+    proxy.reset();
+    Require(!IsModuleLoaded(ProxyPath()), "the module is still there");
+    return kConsumerDone;
+  }
+  // Stays loaded, and its threads stay in it.
+  static const Proxy* const left = proxy.release();
+  if (ending == "call_late") {
+    lateCaller = left;
+    lateNumber = calls;
+  }
+  if (ending == "exit" || ending == "call_late") {
+    std::exit(kConsumerDone);  // NOLINT(concurrency-mt-unsafe): with other threads is the point
+  }
+  if (ending == "exit_at_once") {
+    ExitThisProcess(kConsumerDone);
+  }
+  if (ending == "kill") {
+    KillThisProcess();
+  }
+  Require(ending == "return", ending);
+  return kConsumerDone;
+}
+
+// Runs the round so many times; what it holds after a tenth of them and at the end goes to a file.
+int Repeat(std::uintptr_t rounds, const std::filesystem::path& folder,
+           const std::function<void(std::uintptr_t)>& round) {
+  Resources early;
+  for (std::uintptr_t number = 0; number < rounds; ++number) {
+    if (number == rounds / 10) {
+      early = UsedResources();
+    }
+    round(number);
+  }
+  const Resources late = UsedResources();
+  std::ofstream(folder / kResourcesFile) << early.residentBytes << ' ' << late.residentBytes << ' '
+                                         << early.handles << ' ' << late.handles << '\n';
+  return kConsumerDone;
+}
+
+void CloseAndUnload(std::uintptr_t number) {
+  const Proxy proxy;
+  proxy.Init();
+  proxy.Call(number);
+  proxy.Close();
+}
+
+void UnloadOnly(std::uintptr_t number) {
+  const Proxy proxy;
+  proxy.Init();
+  proxy.Call(number);
+}
+
+int Run(const std::filesystem::path& folder, const std::string& ending, const std::string& company,
+        std::uintptr_t count) {
+  SetVariable(kProducerVariable, ScriptedTargetPath().string().c_str());
+  SetVariable(kLogConfigVariable, (folder / kConfigFile).string().c_str());
+  if (ending == "load_repeatedly") {
+    return Repeat(count, folder, CloseAndUnload);
+  }
+  if (ending == "unload_repeatedly") {
+    return Repeat(count, folder, UnloadOnly);
+  }
+  if (ending == "init_repeatedly") {
+    const Proxy proxy;
+    return Repeat(count, folder, [&](std::uintptr_t number) {
+      proxy.Init();
+      proxy.Call(number);
+      proxy.Close();
+    });
+  }
+  return End(ending, company, count, folder);
+}
+
+}  // namespace
+}  // namespace vextrel_test
+
+int main(int argc, char** argv) {
+  if (argc != 5) {
+    return vextrel_test::kConsumerFailed;
+  }
+  try {
+    return vextrel_test::Run(argv[1], argv[2], argv[3], std::stoul(argv[4]));
+  } catch (const vextrel_test::Failure& failure) {
+    std::cerr << failure.what << '\n';
+    return vextrel_test::kConsumerFailed;
+  }
+}
