@@ -11,12 +11,14 @@ def medians:
 def pad($width): tostring | . + (" " * ([$width - length, 0] | max));
 def lead($width): tostring | (" " * ([$width - length, 0] | max)) + .;
 def fixed($digits):
+  if . == null then "-" else
   . as $x | pow(10; $digits) as $scale | ($x | fabs * $scale | round) as $units
   | (if $x < 0 and $units > 0 then "-" else "" end) + ($units / $scale | floor | tostring)
     + (if $digits > 0 then "." + ($units % $scale | tostring | lead($digits) | gsub(" "; "0"))
-       else "" end);
+       else "" end) end;
 def time:
-  if . < 1000 then (fixed(1) + " ns")
+  if . == null then "-"
+  elif . < 1000 then (fixed(1) + " ns")
   elif . < 1000000 then (. / 1000 | fixed(2) + " us")
   else (. / 1000000 | fixed(2) + " ms") end;
 
@@ -24,8 +26,9 @@ def small: ["DSQueueBuffer", "EventGetData/8", "DSGetBufferInfo/STRING", "DSGetB
             "DSGetBufferInfo/PTR", "GCReadPort/4", "GCRegisterEvent+GCUnregisterEvent", "frame"];
 
 def share($m; $case; $layout):
+  if $m["call/\($case)/\($layout)"] == null then null else
   ($m["call/\($case)/\($layout)"] - $m["call/\($case)/direct"])
-  / $m["call/\($case)/bare-\($layout)"] - 1;
+  / $m["call/\($case)/bare-\($layout)"] - 1 end;
 
 def bar($what; $value; $limit; $digits):
   {what: $what, value: $value, limit: $limit, met: ($value <= $limit),
@@ -50,20 +53,20 @@ def bars($m):
 
 def layouts: ["basic", "pattern", "fast"];
 
+def big: ["GCReadPortStacked/16", "GCReadPort/4KiB", "GCReadPort/1MiB", "GCReadPort/64MiB"];
+
 def call_table($m):
-  ("\("call" | pad(34))\("direct" | lead(9))\("off" | lead(10))"
-   + ([layouts[] | lead(11) + ("L" | lead(10)) + ("share" | lead(7))] | add)),
-  ([$m | keys_unsorted[] | select(test("^call/.*/direct$")) | ltrimstr("call/")
-    | rtrimstr("/direct")][]
-   | . as $case | "call/\($case)" as $key
-   | "\($case | pad(34))\($m[$key + "/direct"] | time | lead(9))\($m[$key + "/off"] | time | lead(10))"
+  ("\("call" | pad(34))\("direct" | lead(8))\("off" | lead(11))"
+   + ([layouts[] | lead(12) + ("L" | lead(12)) + ("share" | lead(7))] | add)),
+  ((small + big)[] as $case | "call/\($case)" as $key
+   | "\($case | pad(34))\($m[$key + "/direct"] | time | lead(8))\($m[$key + "/off"] | time | lead(11))"
      + ([layouts[] as $layout
-         | ($m["\($key)/\($layout)"] | time | lead(11))
-           + ($m["\($key)/bare-\($layout)"] | time | lead(10))
+         | ($m["\($key)/\($layout)"] | time | lead(12))
+           + ($m["\($key)/bare-\($layout)"] | time | lead(12))
            + (share($m; $case; $layout) | fixed(3) | lead(7))] | add));
 
 def other_table($m):
-  $m | keys_unsorted[] | select(startswith("call/") | not)
+  $m | keys[] | select(startswith("call/") | not)
   | "\(. | pad(48))\($m[.] | time | lead(12))";
 
 medians as $m

@@ -12,7 +12,7 @@
 namespace vextrel {
 namespace {
 
-using Item = std::array<char, kDumpItemSize>;
+using Item = std::array<char, kDumpItemRoom>;
 
 constexpr std::array<Item, 256> kItems = [] {
   constexpr std::string_view digits = "0123456789abcdef";
@@ -101,7 +101,8 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
 
 char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) noexcept {
   for (std::size_t i = 0; i < count; ++i) {
-    text = std::copy_n(kItems[bytes[i]].data(), kDumpItemSize, text);
+    std::copy_n(kItems[bytes[i]].data(), kDumpItemRoom, text);
+    text += kDumpItemSize;
   }
   return text;
 }
@@ -112,7 +113,9 @@ char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept {
 
 char* WriteDumpLinesPlainly(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept {
   for (; lines > 0; --lines) {
-    text = WriteDumpItems(bytes, kBytesPerDumpLine, text);
+    text = WriteDumpItems(bytes, kBytesPerDumpLine - 1, text);
+    text = WriteLastDumpItem(bytes[kBytesPerDumpLine - 1], text);
+    *text++ = ',';
     *text++ = '\n';
     bytes += kBytesPerDumpLine;
   }

@@ -12,9 +12,11 @@ namespace vextrel {
 
 inline constexpr std::size_t kBytesPerDumpLine = 16;
 inline constexpr std::size_t kDumpItemSize = 5;  // "0x0a,"
+inline constexpr std::size_t kDumpItemRoom = 8;  // what writing one may overwrite
 inline constexpr std::size_t kDumpLineSize = kBytesPerDumpLine * kDumpItemSize + 1;
 
-// Writes `count` items, each with its comma, and returns where they end.
+// Writes `count` items, each with its comma, and returns where they end. May write up to three
+// characters behind that, where another item belongs: copying eight at once is cheaper.
 char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) noexcept;
 
 // Writes one item without its comma, and returns where it ends.

@@ -50,7 +50,7 @@ class FormatValue {
   }
   // How many characters %s shows of a value that is no number.
   [[nodiscard]] std::size_t TextSize() const noexcept {
-    return shape_ == Shape::PlainText ? size_ : MeasureText();
+    return shape_ == Shape::PlainText ? size_ : MeasureText(bits_, size_, shape_);
   }
   // They themselves, if it is no dump either; `size` is TextSize().
   [[nodiscard]] std::string_view text(std::size_t size) const noexcept {
@@ -61,10 +61,13 @@ class FormatValue {
   // A sized text may hold zero bytes, a plain one does not.
   enum class Shape : std::uint8_t { Address, SizedText, PlainText, Number, Dump };
 
-  [[nodiscard]] std::size_t MeasureText() const noexcept;
+  static constexpr std::string_view kNullText = "(null)";
+
+  [[nodiscard]] static std::size_t MeasureText(std::uint64_t bits, std::size_t size,
+                                               Shape shape) noexcept;
 
   [[nodiscard]] const char* TextBegin() const noexcept {
-    return bits_ == 0 ? "(null)"
+    return bits_ == 0 ? kNullText.data()
                       : reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits_));
   }
 

@@ -22,7 +22,8 @@ Value ReadAs(const void* pBuffer) {
 
 template <typename Number>
 RenderedText RenderNumber(const void* pBuffer) {
-  return RenderedText(Digits::Decimal(ReadAs<Number>(pBuffer)));
+  return RenderedText::Number(
+      [pBuffer](char* text) { return WriteDecimal(ReadAs<Number>(pBuffer), text); });
 }
 
 }  // namespace
@@ -53,7 +54,8 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
     case kNamelessUint32:
       return RenderNumber<std::uint32_t>(pBuffer);
     case INFO_DATATYPE_FLOAT64:
-      return RenderedText(Digits::General(ReadAs<double>(pBuffer)));
+      return RenderedText::Number(
+          [pBuffer](char* text) { return WriteGeneral(ReadAs<double>(pBuffer), text); });
     case INFO_DATATYPE_BOOL8:
       return RenderedText::Name(ReadAs<std::uint8_t>(pBuffer) != 0 ? "1" : "0");
     case INFO_DATATYPE_SIZET:
@@ -71,7 +73,7 @@ RenderedText RenderAddress(const void* address) {
   if (address == nullptr) {
     return RenderedText::Name("NULL");
   }
-  return RenderedText(Digits::Address(address));
+  return RenderedText::Number([address](char* text) { return WriteAddress(address, text); });
 }
 
 RenderedText RenderPointerSlot(const void* const* slot) {

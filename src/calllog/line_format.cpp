@@ -9,27 +9,29 @@ namespace {
 using Sizes = std::array<std::size_t, kMaxConversions>;
 
 template <typename Writer>
-std::string WriteLine(Writer&& line, std::string_view format, std::span<const FormatPiece> pieces,
-                      std::span<const FormatValue> values, const Sizes& textSizes) {
+void WriteLine(Writer& line, std::string_view format, std::span<const FormatPiece> pieces,
+               std::span<const FormatValue> values, const Sizes& textSizes) {
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     detail::AppendPiece(line, format, pieces[i], values[i], textSizes[i]);
   }
   line.Append(format);
-  return line.Take();
 }
 
 }  // namespace
 
-std::size_t FormatValue::MeasureText() const noexcept {
-  if (isDump()) {
-    return dump().size();
+std::size_t FormatValue::MeasureText(std::uint64_t bits, std::size_t size, Shape shape) noexcept {
+  const auto* begin = reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits));
+  if (shape == Shape::Dump) {
+    return ByteDump{begin, size}.size();
   }
-  const char* begin = TextBegin();
-  if (shape_ != Shape::SizedText || bits_ == 0) {
+  if (begin == nullptr) {
+    return kNullText.size();
+  }
+  if (shape != Shape::SizedText) {
     return std::strlen(begin);
   }
-  const void* end = std::memchr(begin, '\0', size_);
-  return end == nullptr ? size_ : static_cast<std::size_t>(static_cast<const char*>(end) - begin);
+  const void* end = std::memchr(begin, '\0', size);
+  return end == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(end) - begin);
 }
 
 std::string FormatLine(std::string_view text, std::span<const FormatPiece> pieces,
@@ -38,12 +40,18 @@ std::string FormatLine(std::string_view text, std::span<const FormatPiece> piece
   std::size_t size = text.size();
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     textSizes[i] = detail::MeasureText(pieces[i].conversion, values[i]);
-    size += textSizes[i] + detail::kMaxDigits;
+    size += textSizes[i] + kMaxDigits;
   }
-  if (size <= ShortLineWriter::kSize) {
-    return WriteLine(ShortLineWriter(), text, pieces, values, textSizes);
+  if (size > ShortLineWriter::kSize) {
+    LongLineWriter writer(size);
+    WriteLine(writer, text, pieces, values, textSizes);
+    return writer.Take();
   }
-  return WriteLine(LongLineWriter(size), text, pieces, values, textSizes);
+  std::string line(size, '\0');
+  ShortLineWriter writer(line.data());
+  WriteLine(writer, text, pieces, values, textSizes);
+  line.resize(static_cast<std::size_t>(writer.end() - line.data()));
+  return line;
 }
 
 }  // namespace vextrel

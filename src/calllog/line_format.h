@@ -26,8 +26,6 @@
 namespace vextrel {
 namespace detail {
 
-inline constexpr std::size_t kMaxDigits = 20;
-
 // How many characters a value needs beyond kMaxDigits.
 VEXTREL_ALWAYS_INLINE std::size_t MeasureText(Conversion conversion, const FormatValue& value) {
   return conversion == Conversion::Text && !value.isNumber() ? value.TextSize() : 0;
@@ -41,7 +39,7 @@ VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
   switch (conversion) {
     case Conversion::Text:
       if (value.isNumber()) {
-        line.Append(Digits::Decimal(value.bits()));
+        line.AppendDigits([&](char* text) { return WriteDecimal(value.bits(), text); });
       } else if (value.isDump()) {
         line.Append(value.dump());
       } else {
@@ -49,19 +47,20 @@ VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
       }
       break;
     case Conversion::Pointer:
-      line.AppendPointer(value.bits());
+      line.AppendDigits([&](char* text) { return WriteUpperHex16(value.bits(), text); });
       break;
     case Conversion::Unsigned32:
-      line.Append(Digits::Decimal(low32));
+      line.AppendDigits([&](char* text) { return WriteDecimal(low32, text); });
       break;
     case Conversion::Signed32:
-      line.Append(Digits::Decimal(static_cast<std::int32_t>(low32)));
+      line.AppendDigits(
+          [&](char* text) { return WriteDecimal(static_cast<std::int32_t>(low32), text); });
       break;
     case Conversion::Hex32:
-      line.Append(Digits::Hex(low32));
+      line.AppendDigits([&](char* text) { return WriteHex(low32, text); });
       break;
     case Conversion::Hex64:
-      line.Append(Digits::Hex(value.bits()));
+      line.AppendDigits([&](char* text) { return WriteHex(value.bits(), text); });
       break;
   }
 }
@@ -71,7 +70,7 @@ template <typename Writer>
 VEXTREL_ALWAYS_INLINE void AppendPiece(Writer& line, std::string_view& format,
                                        const FormatPiece& piece, const FormatValue& value,
                                        std::size_t textSize) {
-  line.AppendLiteral(format.substr(0, piece.literalSize));
+  line.Append(format.substr(0, piece.literalSize));
   AppendValue(line, piece.conversion, value, textSize);
   format.remove_prefix(std::size_t{piece.literalSize} + piece.conversionSize);
 }
@@ -107,20 +106,23 @@ template <FormatText text, typename... Values>
   constexpr std::size_t count = sizeof...(Values);
   const std::array<FormatValue, count> all = {FormatValue(values)...};
   std::array<std::size_t, count> textSizes;  // NOLINT: written before it is read
-  std::size_t size = format.text().size() + count * detail::kMaxDigits;
+  std::size_t size = format.text().size() + count * kMaxDigits;
   detail::Repeat<count>([&](auto index) {
     size += textSizes[index] = detail::MeasureText(format.pieces()[index].conversion, all[index]);
   });
   if (size > ShortLineWriter::kSize) {
-    return FormatLine(format.text(), format.pieces(), all);
+    // From the values once more, so that those here need not be in memory.
+    return FormatLine<Values...>(format, values...);
   }
-  ShortLineWriter line;
+  std::string line(size, '\0');
+  ShortLineWriter writer(line.data());
   std::string_view rest = format.text();
   detail::Repeat<count>([&](auto index) {
-    detail::AppendPiece(line, rest, format.pieces()[index], all[index], textSizes[index]);
+    detail::AppendPiece(writer, rest, format.pieces()[index], all[index], textSizes[index]);
   });
-  line.AppendLiteral(rest);
-  return line.Take();
+  writer.Append(rest);
+  line.resize(static_cast<std::size_t>(writer.end() - line.data()));
+  return line;
 }
 
 }  // namespace vextrel

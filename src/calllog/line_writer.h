@@ -23,38 +23,31 @@
 
 namespace vextrel {
 
-// Writes a line of at most kSize characters; nothing is allocated but the finished line.
+// Writes a line of at most kSize characters. Small enough to live in registers.
 class ShortLineWriter {
  public:
+  // Beyond that, clearing the room first costs more than growing into it.
   static constexpr std::size_t kSize = 1024;
 
-  ShortLineWriter() noexcept {}  // NOLINT: the text is written before it is read
-  ShortLineWriter(const ShortLineWriter&) = delete;
-  ShortLineWriter& operator=(const ShortLineWriter&) = delete;
+  // Writes to where `text` points, which has room for the line.
+  explicit ShortLineWriter(char* text) noexcept : end_(text) {}
 
-  VEXTREL_ALWAYS_INLINE void AppendLiteral(std::string_view text) noexcept { Append(text); }
   VEXTREL_ALWAYS_INLINE void Append(std::string_view text) noexcept {
     std::memcpy(end_, text.data(), text.size());
     end_ += text.size();
   }
-  void Append(const Digits& digits) noexcept {
-    // Its whole room, which is one size for all, is cheaper to copy than as much as is used.
-    std::memcpy(end_, digits.view().data(), Digits::kRoom);
-    end_ += digits.view().size();
+  // What write(char*) writes, at most kMaxDigits characters; it returns where they end.
+  template <typename Write>
+  VEXTREL_ALWAYS_INLINE void AppendDigits(Write write) noexcept {
+    end_ = write(end_);
   }
-  void AppendPointer(std::uint64_t bits) noexcept {
-    WriteHex16(bits, 'A', end_);
-    end_ += kHex16Size;
-  }
-  void Append(const ByteDump& dump) noexcept { end_ = dump.Write(end_); }
-  [[nodiscard]] std::string Take() const {
-    std::string line(text_.data(), static_cast<std::size_t>(end_ - text_.data()));
-    return line;
-  }
+  VEXTREL_ALWAYS_INLINE void Append(const ByteDump& dump) noexcept { end_ = dump.Write(end_); }
+
+  // Where the line ends.
+  [[nodiscard]] char* end() const noexcept { return end_; }
 
  private:
-  std::array<char, kSize + Digits::kRoom> text_;
-  char* end_ = text_.data();
+  char* end_;
 };
 
 // Writes a line of any length.
@@ -63,10 +56,12 @@ class LongLineWriter {
   // `size` is what the line will have at most.
   explicit LongLineWriter(std::size_t size) { text_.reserve(size); }
 
-  void AppendLiteral(std::string_view text) { text_.append(text); }
   void Append(std::string_view text) { text_.append(text); }
-  void Append(const Digits& digits) { text_.append(digits.view()); }
-  void AppendPointer(std::uint64_t bits) { Append(Digits::UpperHex16(bits)); }
+  template <typename Write>
+  void AppendDigits(Write write) {
+    std::array<char, kMaxDigits> digits;  // NOLINT: written before it is read
+    text_.append(digits.data(), write(digits.data()));
+  }
   void Append(const ByteDump& dump) { dump.AppendTo(text_); }
   [[nodiscard]] std::string Take() { return std::move(text_); }
 

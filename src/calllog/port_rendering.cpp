@@ -26,7 +26,9 @@ char* ByteDump::Write(char* text) const noexcept {
   const auto* bytes = static_cast<const std::uint8_t*>(pBuffer);
   const std::size_t last = iSize - 1;
   const std::size_t lines = last / kBytesPerDumpLine;
-  text = WriteDumpLines(bytes, lines, text);
+  if (lines > 0) {
+    text = WriteDumpLines(bytes, lines, text);
+  }
   const std::size_t begin = lines * kBytesPerDumpLine;
   text = WriteDumpItems(bytes + begin, last - begin, text);
   text = WriteLastDumpItem(bytes[last], text);

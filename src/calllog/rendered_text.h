@@ -21,8 +21,11 @@ class RenderedText {
  public:
   // The parts joined, and the NUL.
   RenderedText(std::initializer_list<std::string_view> parts);
-  // The same text as of {digits.view()}.
-  explicit RenderedText(const Digits& digits) noexcept;
+  // What write(char*) writes of a number: at most kMaxDigits characters. It returns where they end.
+  template <typename Write>
+  [[nodiscard]] static RenderedText Number(Write write) noexcept {
+    return RenderedText(OfNumber(), write);
+  }
   // What write(char*) writes: `length` characters, none of them NUL.
   template <typename Write>
   RenderedText(std::size_t length, Write write) : RenderedText(length) {
@@ -52,6 +55,16 @@ class RenderedText {
   RenderedText(const char* name, std::size_t length) noexcept  // NOLINT: inline_ is not used
       : text_(name), size_(length + 1), shownSize_(length) {}
 
+  struct OfNumber {};
+  template <typename Write>
+  RenderedText(OfNumber /*tag*/, Write write) noexcept {  // NOLINT: inline_ is written here
+    static_assert(kMaxDigits < kInlineSize);
+    char* end = write(inline_.data());
+    *end = '\0';
+    text_ = inline_.data();
+    shownSize_ = static_cast<std::size_t>(end - inline_.data());
+    size_ = shownSize_ + 1;
+  }
   // Room for a text of that length, which is not written yet, and the NUL behind it.
   explicit RenderedText(std::size_t length);
   [[nodiscard]] char* MutableText() noexcept {

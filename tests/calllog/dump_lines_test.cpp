@@ -59,10 +59,18 @@ TEST(DumpLines, AreTheSameInBothWaysAtEveryAlignment) {
 
 TEST(DumpItems, CarryTheirCommaEach) {
   const std::array<std::uint8_t, 3> bytes = {0x00, 0x7F, 0xFF};
-  std::array<char, 16> text{};
+  std::array<char, 20> text{};
   text.fill('~');
   EXPECT_EQ(WriteDumpItems(bytes.data(), 3, text.data()), text.data() + 15);
-  EXPECT_EQ(std::string(text.data(), text.size()), "0x00,0x7f,0xff,~");
+  EXPECT_EQ(std::string(text.data(), 15), "0x00,0x7f,0xff,");
+  EXPECT_EQ(std::string(text.data() + 18, 2), "~~");
+}
+
+TEST(DumpItems, EndWithOneWithoutAComma) {
+  std::array<char, 6> text{};
+  text.fill('~');
+  EXPECT_EQ(WriteLastDumpItem(0x9B, text.data()), text.data() + 4);
+  EXPECT_EQ(std::string(text.data(), text.size()), "0x9b~~");
 }
 
 }  // namespace

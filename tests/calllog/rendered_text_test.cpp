@@ -95,11 +95,14 @@ TEST(RenderedText, HoldsWhatIsWrittenIntoIt) {
   }
 }
 
-TEST(RenderedText, HoldsDigits) {
-  const RenderedText number(vextrel::Digits::Decimal(std::numeric_limits<std::int64_t>::min()));
+TEST(RenderedText, HoldsTheDigitsOfANumber) {
+  const RenderedText number = RenderedText::Number([](char* text) {
+    return vextrel::WriteDecimal(std::numeric_limits<std::int64_t>::min(), text);
+  });
   EXPECT_EQ(Whole(number), WithNul("-9223372036854775808"));
   EXPECT_EQ(number.shown(), "-9223372036854775808");
-  const RenderedText address(vextrel::Digits::UpperHex16(0xFEDCBA9876543210));
+  const RenderedText address = RenderedText::Number(
+      [](char* text) { return vextrel::WriteUpperHex16(0xFEDCBA9876543210, text); });
   EXPECT_EQ(Whole(address), WithNul("FEDCBA9876543210"));
 }
 
