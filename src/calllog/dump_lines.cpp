@@ -12,17 +12,6 @@
 namespace vextrel {
 namespace {
 
-using Item = std::array<char, kDumpItemRoom>;
-
-constexpr std::array<Item, 256> kItems = [] {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::array<Item, 256> items{};
-  for (std::size_t byte = 0; byte < items.size(); ++byte) {
-    items[byte] = {'0', 'x', digits[byte / 16], digits[byte % 16], ','};
-  }
-  return items;
-}();
-
 #if defined(VEXTREL_DUMP_WITH_VECTORS)
 
 constexpr std::size_t kVectorSize = 16;
@@ -98,18 +87,6 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
 #endif
 
 }  // namespace
-
-char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) noexcept {
-  for (std::size_t i = 0; i < count; ++i) {
-    std::copy_n(kItems[bytes[i]].data(), kDumpItemRoom, text);
-    text += kDumpItemSize;
-  }
-  return text;
-}
-
-char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept {
-  return std::copy_n(kItems[byte].data(), kDumpItemSize - 1, text);
-}
 
 char* WriteDumpLinesPlainly(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept {
   for (; lines > 0; --lines) {

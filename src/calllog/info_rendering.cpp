@@ -26,6 +26,14 @@ RenderedText RenderNumber(const void* pBuffer) {
       [pBuffer](char* text) { return WriteDecimal(ReadAs<Number>(pBuffer), text); });
 }
 
+RenderedText RenderQuoted(std::string_view text) {
+  return {text.size() + 2, [text](char* end) {
+            *end++ = '\'';
+            end += text.copy(end, text.size());
+            *end = '\'';
+          }};
+}
+
 }  // namespace
 
 RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_t /*iSize*/) {
@@ -41,7 +49,7 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
   }
   switch (type) {
     case INFO_DATATYPE_STRING:
-      return {"'", static_cast<const char*>(pBuffer), "'"};
+      return RenderQuoted(static_cast<const char*>(pBuffer));
     case INFO_DATATYPE_INT16:
       return RenderNumber<std::int16_t>(pBuffer);
     case INFO_DATATYPE_UINT16:

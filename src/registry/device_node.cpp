@@ -65,12 +65,6 @@ bool DeviceNode::SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued) {
   });
 }
 
-void DeviceNode::OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
-  for (DataStreamNode* dataStream : dataStreams) {
-    dataStream->OnEventData(eventHandle, data, size);
-  }
-}
-
 void DeviceNode::OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation) {
   DataStreamNode* dataStream = FindRecord(dataStreams, dsHandle);
   if (dataStream != nullptr) {

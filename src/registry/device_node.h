@@ -31,7 +31,11 @@ class DeviceNode : public EventOperations<DeviceNode> {
   [[nodiscard]] bool RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);
 
   bool SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued);
-  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size);
+  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
+    for (DataStreamNode* dataStream : dataStreams) {
+      dataStream->OnEventData(eventHandle, data, size);
+    }
+  }
   void OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation);
 
   [[nodiscard]] const RecordList<DataStreamNode>& Children() const { return dataStreams; }

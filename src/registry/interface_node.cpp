@@ -87,12 +87,6 @@ bool InterfaceNode::SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued) {
       devices, [&](DeviceNode& device) { return device.SetBufferQueued(bufferHandle, queued); });
 }
 
-void InterfaceNode::OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
-  for (DeviceNode* device : devices) {
-    device->OnEventData(eventHandle, data, size);
-  }
-}
-
 void InterfaceNode::OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation) {
   for (DeviceNode* device : devices) {
     device->OnFlushQueue(dsHandle, operation);

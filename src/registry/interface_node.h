@@ -35,7 +35,11 @@ class InterfaceNode : public EventOperations<InterfaceNode> {
   [[nodiscard]] bool RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);
 
   bool SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued);
-  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size);
+  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
+    for (DeviceNode* device : devices) {
+      device->OnEventData(eventHandle, data, size);
+    }
+  }
   void OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation);
 
   [[nodiscard]] const RecordList<DeviceNode>& Children() const { return devices; }

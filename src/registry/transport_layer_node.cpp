@@ -113,12 +113,6 @@ bool TransportLayerNode::SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued
   });
 }
 
-void TransportLayerNode::OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
-  for (InterfaceNode* interfaceNode : interfaces) {
-    interfaceNode->OnEventData(eventHandle, data, size);
-  }
-}
-
 void TransportLayerNode::OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation) {
   for (InterfaceNode* interfaceNode : interfaces) {
     interfaceNode->OnFlushQueue(dsHandle, operation);

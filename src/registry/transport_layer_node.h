@@ -51,7 +51,11 @@ class TransportLayerNode : public EventOperations<TransportLayerNode> {
   // False, without a line, if the buffer is not announced on any stream.
   bool SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued);
   // `data` is what EventGetData delivered, `size` bytes of it.
-  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size);
+  void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
+    for (InterfaceNode* interfaceNode : interfaces) {
+      interfaceNode->OnEventData(eventHandle, data, size);
+    }
+  }
   void OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation);
 
   // As on the levels below, but a source that no interface accepts gets a line.

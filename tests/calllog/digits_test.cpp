@@ -159,6 +159,10 @@ TEST(DigitsGeneral, ShowsSignsInfinitiesAndWhatIsNoNumber) {
   EXPECT_EQ(General(std::copysign(kNan, 1.0)), "nan");
   EXPECT_EQ(General(std::copysign(kNan, -1.0)), "-nan");
   EXPECT_EQ(General(std::numeric_limits<double>::signaling_NaN()), "nan");
+  // The sign alone decides, not what else the number carries.
+  EXPECT_EQ(General(std::bit_cast<double>(std::uint64_t{0x7FF8000000000001U})), "nan");
+  EXPECT_EQ(General(std::bit_cast<double>(std::uint64_t{0x7FFFFFFFFFFFFFFFU})), "nan");
+  EXPECT_EQ(General(std::bit_cast<double>(std::uint64_t{0xFFF8000000000001U})), "-nan");
 }
 
 TEST(DigitsGeneral, FitsTheLongestTexts) {
