@@ -1,0 +1,200 @@
+"""A copy of the tree with a build of its own, in which one fault at a time is planted."""
+import concurrent.futures
+import json
+import os
+import pathlib
+import re
+import shutil
+import signal
+import subprocess
+import time
+
+_LEFT_OUT = frozenset(('build', '.git'))
+_KNOWN_PROPERTIES = frozenset((
+    'COST', 'ENVIRONMENT', 'LABELS', 'PROCESSORS', 'RUN_SERIAL', 'SKIP_REGULAR_EXPRESSION',
+    'SKIP_RETURN_CODE', 'TIMEOUT', 'WORKING_DIRECTORY'))
+# What a fault in a loop may use up.
+_LIMITED = ('prlimit', f'--as={16 << 30}', f'--fsize={2 << 30}', '--core=0')
+
+
+class Trouble(Exception):
+    """Something is wrong with the tree or the machine, not with a fault."""
+
+
+class Test:
+    def __init__(self, description):
+        self.name = description['name'].split('  # ')[0]
+        self.command = description['command']
+        properties = {each['name']: each['value'] for each in description.get('properties', [])}
+        unknown = properties.keys() - _KNOWN_PROPERTIES
+        if unknown:
+            raise Trouble(f'{self.name} has a property that is not known here: {sorted(unknown)}')
+        self.folder = properties.get('WORKING_DIRECTORY')
+        self.environment = dict(each.split('=', 1) for each in properties.get('ENVIRONMENT', []))
+        self.seconds = 0.0
+        self.limit = min(120.0, properties.get('TIMEOUT', 120.0))
+
+    def passes(self):
+        began = time.monotonic()
+        try:
+            with subprocess.Popen(
+                    [*_LIMITED, *self.command], cwd=self.folder,
+                    env={**os.environ, **self.environment}, stdin=subprocess.DEVNULL,
+                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                    start_new_session=True) as run:
+                try:
+                    return run.wait(self.limit) == 0
+                except subprocess.TimeoutExpired:
+                    return False
+                finally:
+                    _end_group(run.pid)
+        finally:
+            self.seconds = time.monotonic() - began
+
+
+def _end_group(group):
+    try:
+        os.killpg(group, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+
+
+class Workshop:
+    """The copy, its build and its tests."""
+
+    def __init__(self, root, folder, threads):
+        self.tree = folder / 'tree'
+        self.build = folder / 'build'
+        self.threads = threads
+        self.tests = []
+        self._reads = {}  # by test program, the files that it is built from
+        self._planted = None
+        self._is_everywhere = False
+        _mirror(root, self.tree)
+
+    def prepare(self):
+        """Builds, and sees all tests pass before there is any fault."""
+        if not (self.build / 'build.ninja').exists():
+            self._run('cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja',
+                      '-D', 'CMAKE_BUILD_TYPE=', '-D', 'CMAKE_C_FLAGS=-O0 -w -DNDEBUG',
+                      '-D', 'CMAKE_CXX_FLAGS=-O0 -w -DNDEBUG')
+        self._run(*self._ninja())
+        described = self._run('ctest', '--test-dir', self.build, '--show-only=json-v1')
+        self.tests = [Test(each) for each in json.loads(described)['tests']]
+        self._reads = _files_by_program(self.build, self._run('ninja', '-C', self.build, '-t', 'deps'))
+        self.check()
+        for test in self.tests:
+            test.limit = min(test.limit, max(20.0, 10 * test.seconds))
+
+    def check(self):
+        """Without a fault, all tests pass."""
+        failed = self._first_failure(self.tests)
+        if failed is not None:
+            raise Trouble(f'{failed.name} fails although no fault is planted (in {self.build})')
+
+    def try_fault(self, fault, source):
+        """What becomes of it: ('refused', None), ('caught', by whom) or ('survived', None)."""
+        if self._is_everywhere:  # programs that tests start have the last fault, too
+            self.restore()
+        path = self.tree / 'src' / fault.path
+        self._planted = path, source
+        path.write_text(fault.apply(source))
+        if not self._builds('vextrel'):
+            return 'refused', None
+        # Programs that are not built from this file see the fault through the module alone.
+        fresh = [test for test in self.tests if path not in self._reads.get(test.command[0], ())]
+        failed = self._first_failure(_likely_first(fresh, fault.path))
+        if failed is None:
+            self._is_everywhere = True
+            if not self._builds():
+                return 'caught', 'a test that does not compile'
+            kept = {test.name for test in fresh}
+            others = [test for test in self.tests if test.name not in kept]
+            failed = self._first_failure(_likely_first(others, fault.path))
+        return ('survived', None) if failed is None else ('caught', failed.name)
+
+    def restore(self):
+        """Takes the fault out of the source, and out of every program that has it."""
+        if self._planted is not None:
+            path, source = self._planted
+            path.write_text(source)
+            self._planted = None
+            self._run(*self._ninja(*(() if self._is_everywhere else ('vextrel',))))
+            self._is_everywhere = False
+
+    def _first_failure(self, tests):
+        """A failure counts when it repeats."""
+        with concurrent.futures.ThreadPoolExecutor(self.threads) as pool:
+            found = []
+
+            def run(test):
+                if not found and not test.passes() and \
+                        (test.seconds >= test.limit or not test.passes()):
+                    found.append(test)
+
+            list(pool.map(run, tests))
+        return min(found, key=lambda test: test.name) if found else None
+
+    def _ninja(self, *targets):
+        return ('ninja', '-C', self.build, '-j', str(self.threads), *targets)
+
+    def _builds(self, *targets):
+        return subprocess.run(self._ninja(*targets), stdin=subprocess.DEVNULL, check=False,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+    def _run(self, *command):
+        done = subprocess.run(command, stdin=subprocess.DEVNULL, check=False, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if done.returncode != 0:
+            raise Trouble(f'{command[0]} failed:\n' + '\n'.join(done.stdout.splitlines()[-40:]))
+        return done.stdout
+
+
+def _likely_first(tests, path):
+    """Those of the same folder, then the whole sessions; the order changes no result."""
+    folder = pathlib.PurePath(path).parts[0]
+    return sorted(tests, key=lambda test: (f'/{folder}_' not in test.command[0],
+                                           '/session_' not in test.command[0],
+                                           test.seconds > 0.3, test.name))
+
+
+def _mirror(root, copy):
+    """Makes the copy like the tree; files that are so already keep their dates."""
+    wanted = set()
+    for folder, folders, files in os.walk(root):
+        folders[:] = [each for each in folders if each not in _LEFT_OUT]
+        for name in files:
+            source = pathlib.Path(folder) / name
+            target = copy / source.relative_to(root)
+            wanted.add(target)
+            target.parent.mkdir(parents=True, exist_ok=True)
+            if not target.exists() or target.read_bytes() != source.read_bytes():
+                shutil.copy(source, target)
+    for target in copy.rglob('*'):
+        if target.is_file() and target not in wanted:
+            target.unlink()
+
+
+def _files_by_program(build, dependencies):
+    """From Ninja's files: for each program of the tests, all it is compiled and linked from."""
+    reads, current = {}, None
+    for line in dependencies.splitlines():
+        if line.startswith('    ') and current is not None:
+            reads[current].add(build / line.strip())
+        elif ': #deps' in line:
+            current = line.split(':')[0]
+            reads[current] = set()
+    inputs = {}
+    for line in (build / 'build.ninja').read_text().splitlines():
+        match = re.fullmatch(r'build (\S+)(?: \|[^:]*)?: (?:C|CXX)_\S+ ([^|]*)(?:\|([^|].*?))?(?:\|\|.*)?',
+                             line)
+        if match:
+            inputs[match.group(1)] = (match.group(2) + ' ' + (match.group(3) or '')).split()
+
+    def files(target):
+        found = set(reads.get(target, ()))
+        for each in inputs.get(target, ()):
+            found |= files(each) if each in inputs else {build / each}
+        return found
+
+    return {str(build / target): files(target) for target in inputs if '.o' not in target}
