@@ -89,11 +89,12 @@ class Digits {
 
  private:
   template <typename Write>
-  explicit Digits(Write write) noexcept  // NOLINT: the text is written by whoever constructs it
-      : size_(static_cast<std::size_t>(write(text_.data()) - text_.data())) {}
+  explicit Digits(Write write) noexcept {  // NOLINT: the text is written by whoever constructs it
+    size_ = static_cast<std::size_t>(write(text_.data()) - text_.data());
+  }
 
   std::array<char, kMaxDigits> text_;
-  std::size_t size_;
+  std::size_t size_ = 0;
 };
 
 }  // namespace vextrel
