@@ -1,8 +1,6 @@
 #include "calllog/dump_lines.h"
 
-#include <algorithm>
 #include <array>
-#include <string_view>
 
 #if defined(__GNUC__) && defined(__x86_64__)
 #include <immintrin.h>

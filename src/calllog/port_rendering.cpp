@@ -1,6 +1,5 @@
 #include "calllog/port_rendering.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "calllog/digits.h"

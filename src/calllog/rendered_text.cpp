@@ -3,7 +3,6 @@
 #include <cstring>
 
 namespace vextrel {
-
 namespace {
 
 std::size_t LengthOf(std::initializer_list<std::string_view> parts) noexcept {
