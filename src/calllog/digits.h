@@ -8,7 +8,9 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
+#include <type_traits>
 
 #include "calllog/hex_digits.h"
 
@@ -17,18 +19,25 @@ namespace vextrel {
 // The most that one of the functions below writes.
 inline constexpr std::size_t kMaxDigits = 24;
 
-// Each writes the digits of a number to `text`, where kMaxDigits characters have room, and returns
-// where they end.
+// The most digits that a number of that type has: decimal with a sign, and hexadecimal.
+template <std::integral Number>
+inline constexpr std::size_t kMaxDecimal = std::numeric_limits<Number>::digits10 + 1 +
+                                           (std::is_signed_v<Number> ? 1 : 0);
+template <std::integral Number>
+inline constexpr std::size_t kMaxHex = sizeof(Number) * 2;
+
+// Each writes the digits of a number to `text`, where they have room, and returns where they end.
 
 // Decimal, with a leading '-' for negative values.
 template <std::integral Number>
 char* WriteDecimal(Number value, char* text) noexcept {
-  return std::to_chars(text, text + kMaxDigits, value).ptr;
+  return std::to_chars(text, text + kMaxDecimal<Number>, value).ptr;
 }
 
 // Lower-case hexadecimal without prefix or fill.
-inline char* WriteHex(std::uint64_t value, char* text) noexcept {
-  return std::to_chars(text, text + kMaxDigits, value, 16).ptr;
+template <std::unsigned_integral Number>
+char* WriteHex(Number value, char* text) noexcept {
+  return std::to_chars(text, text + kMaxHex<Number>, value, 16).ptr;
 }
 
 // Exactly sixteen hexadecimal digits, zero-padded.

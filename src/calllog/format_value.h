@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "calllog/always_inline.h"
 #include "calllog/checked_format.h"
 #include "calllog/port_rendering.h"
 #include "calllog/rendered_text.h"
@@ -49,8 +50,8 @@ class FormatValue {
     return {reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bits_)), size_};
   }
   // How many characters %s shows of a value that is no number.
-  [[nodiscard]] std::size_t TextSize() const noexcept {
-    return shape_ == Shape::PlainText ? size_ : MeasureText(bits_, size_, shape_);
+  [[nodiscard]] VEXTREL_ALWAYS_INLINE std::size_t TextSize() const noexcept {
+    return isPlain() ? size_ : MeasureText(bits_, size_, shape_);
   }
   // They themselves, if it is no dump either; `size` is TextSize().
   [[nodiscard]] std::string_view text(std::size_t size) const noexcept {
@@ -58,7 +59,7 @@ class FormatValue {
   }
 
  private:
-  // A sized text may hold zero bytes, a plain one does not.
+  // A sized text may be null or hold zero bytes, a plain one is not and does not.
   enum class Shape : std::uint8_t { Address, SizedText, PlainText, Number, Dump };
 
   static constexpr std::string_view kNullText = "(null)";
@@ -66,9 +67,11 @@ class FormatValue {
   [[nodiscard]] static std::size_t MeasureText(std::uint64_t bits, std::size_t size,
                                                Shape shape) noexcept;
 
+  [[nodiscard]] bool isPlain() const noexcept { return shape_ == Shape::PlainText; }
   [[nodiscard]] const char* TextBegin() const noexcept {
-    return bits_ == 0 ? kNullText.data()
-                      : reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits_));
+    return bits_ == 0 && !isPlain()
+               ? kNullText.data()
+               : reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits_));
   }
 
   std::uint64_t bits_ = 0;

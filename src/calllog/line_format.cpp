@@ -10,9 +10,9 @@ using Sizes = std::array<std::size_t, kMaxConversions>;
 
 template <typename Writer>
 void WriteLine(Writer& line, std::string_view format, std::span<const FormatPiece> pieces,
-               std::span<const FormatValue> values, const Sizes& textSizes) {
+               std::span<const FormatValue> values, const Sizes& sizes) {
   for (std::size_t i = 0; i < pieces.size(); ++i) {
-    detail::AppendPiece(line, format, pieces[i], values[i], textSizes[i]);
+    detail::AppendPiece(line, format, pieces[i], values[i], sizes[i]);
   }
   line.Append(format);
 }
@@ -36,20 +36,20 @@ std::size_t FormatValue::MeasureText(std::uint64_t bits, std::size_t size, Shape
 
 std::string FormatLine(std::string_view text, std::span<const FormatPiece> pieces,
                        std::span<const FormatValue> values) {
-  Sizes textSizes{};
+  Sizes valueSizes{};
   std::size_t size = text.size();
   for (std::size_t i = 0; i < pieces.size(); ++i) {
-    textSizes[i] = detail::MeasureText(pieces[i].conversion, values[i]);
-    size += textSizes[i] + kMaxDigits;
+    valueSizes[i] = detail::MeasureValue(pieces[i].conversion, values[i]);
+    size += valueSizes[i];
   }
   if (size > ShortLineWriter::kSize) {
     LongLineWriter writer(size);
-    WriteLine(writer, text, pieces, values, textSizes);
+    WriteLine(writer, text, pieces, values, valueSizes);
     return writer.Take();
   }
   std::string line(size, '\0');
   ShortLineWriter writer(line.data());
-  WriteLine(writer, text, pieces, values, textSizes);
+  WriteLine(writer, text, pieces, values, valueSizes);
   line.resize(static_cast<std::size_t>(writer.end() - line.data()));
   return line;
 }

@@ -18,6 +18,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "calllog/always_inline.h"
 #include "calllog/checked_format.h"
 #include "calllog/digits.h"
 #include "calllog/format_value.h"
@@ -26,15 +27,29 @@
 namespace vextrel {
 namespace detail {
 
-// How many characters a value needs beyond kMaxDigits.
-VEXTREL_ALWAYS_INLINE std::size_t MeasureText(Conversion conversion, const FormatValue& value) {
-  return conversion == Conversion::Text && !value.isNumber() ? value.TextSize() : 0;
+// How many characters a value needs: those of a text, the most that a number may have.
+VEXTREL_ALWAYS_INLINE std::size_t MeasureValue(Conversion conversion, const FormatValue& value) {
+  switch (conversion) {
+    case Conversion::Text:
+      return value.isNumber() ? kMaxDecimal<std::uint64_t> : value.TextSize();
+    case Conversion::Pointer:
+      return kHex16Size;
+    case Conversion::Unsigned32:
+      return kMaxDecimal<std::uint32_t>;
+    case Conversion::Signed32:
+      return kMaxDecimal<std::int32_t>;
+    case Conversion::Hex32:
+      return kMaxHex<std::uint32_t>;
+    case Conversion::Hex64:
+      return kMaxHex<std::uint64_t>;
+  }
+  return kMaxDigits;
 }
 
-// `textSize` is what MeasureText says of it.
+// `size` is what MeasureValue says of it.
 template <typename Writer>
 VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
-                                       const FormatValue& value, std::size_t textSize) {
+                                       const FormatValue& value, std::size_t size) {
   const auto low32 = static_cast<std::uint32_t>(value.bits());
   switch (conversion) {
     case Conversion::Text:
@@ -43,7 +58,7 @@ VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
       } else if (value.isDump()) {
         line.Append(value.dump());
       } else {
-        line.Append(value.text(textSize));
+        line.Append(value.text(size));
       }
       break;
     case Conversion::Pointer:
@@ -69,9 +84,9 @@ VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
 template <typename Writer>
 VEXTREL_ALWAYS_INLINE void AppendPiece(Writer& line, std::string_view& format,
                                        const FormatPiece& piece, const FormatValue& value,
-                                       std::size_t textSize) {
+                                       std::size_t size) {
   line.Append(format.substr(0, piece.literalSize));
-  AppendValue(line, piece.conversion, value, textSize);
+  AppendValue(line, piece.conversion, value, size);
   format.remove_prefix(std::size_t{piece.literalSize} + piece.conversionSize);
 }
 
@@ -105,10 +120,10 @@ template <FormatText text, typename... Values>
   constexpr const LineFormat<Values...>& format = KnownFormat<text>::template of<Values...>;
   constexpr std::size_t count = sizeof...(Values);
   const std::array<FormatValue, count> all = {FormatValue(values)...};
-  std::array<std::size_t, count> textSizes;  // NOLINT: written before it is read
-  std::size_t size = format.text().size() + count * kMaxDigits;
+  std::array<std::size_t, count> sizes;  // NOLINT: written before it is read
+  std::size_t size = format.text().size();
   detail::Repeat<count>([&](auto index) {
-    size += textSizes[index] = detail::MeasureText(format.pieces()[index].conversion, all[index]);
+    size += sizes[index] = detail::MeasureValue(format.pieces()[index].conversion, all[index]);
   });
   if (size > ShortLineWriter::kSize) {
     // From the values once more, so that those here need not be in memory.
@@ -118,7 +133,7 @@ template <FormatText text, typename... Values>
   ShortLineWriter writer(line.data());
   std::string_view rest = format.text();
   detail::Repeat<count>([&](auto index) {
-    detail::AppendPiece(writer, rest, format.pieces()[index], all[index], textSizes[index]);
+    detail::AppendPiece(writer, rest, format.pieces()[index], all[index], sizes[index]);
   });
   writer.Append(rest);
   line.resize(static_cast<std::size_t>(writer.end() - line.data()));

@@ -8,8 +8,13 @@
 
 #include <array>
 #include <log4cpp/Category.hh>
+#include <log4cpp/LoggingEvent.hh>
+#include <log4cpp/NDC.hh>
+#include <log4cpp/Priority.hh>
+#include <string>
 #include <type_traits>
 
+#include "calllog/always_inline.h"
 #include "calllog/line_format.h"
 #include "calllog/line_writer.h"
 #include "calllog/port_rendering.h"
@@ -17,6 +22,12 @@
 namespace vextrel {
 
 namespace detail {
+
+// For a line that may pass, as Category::info makes it.
+[[nodiscard]] inline log4cpp::LoggingEvent InfoEvent(const log4cpp::Category& logger,
+                                                     const std::string& line) {
+  return {logger.getName(), line, log4cpp::NDC::get(), log4cpp::Priority::INFO};
+}
 
 // What was going to be rendered in the line: whether a line is written must not change which memory
 // is read.
@@ -47,7 +58,10 @@ template <FormatText text, typename... Values>
 VEXTREL_ALWAYS_INLINE void LogInfo(log4cpp::Category& logger, KnownFormat<text> format,
                                    const Values&... values) {
   if (logger.isInfoEnabled()) {
-    logger.info(FormatLine(format, values...));
+    // Category::info would ask for the priority once more, and keep the line while log4cpp, which
+    // has its own copy in the event, makes others of it.
+    const log4cpp::LoggingEvent event = detail::InfoEvent(logger, FormatLine(format, values...));
+    logger.callAppenders(event);
   } else {
     (detail::RenderUnlogged(values), ...);
   }

@@ -11,15 +11,9 @@
 #include <string_view>
 #include <utility>
 
+#include "calllog/always_inline.h"
 #include "calllog/digits.h"
 #include "calllog/port_rendering.h"
-
-// For the few functions whose cost is that of a call for each part of a line.
-#if defined(__GNUC__)
-#define VEXTREL_ALWAYS_INLINE [[gnu::always_inline]] inline
-#else
-#define VEXTREL_ALWAYS_INLINE inline
-#endif
 
 namespace vextrel {
 

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "calllog/always_inline.h"
 #include "calllog/digits.h"
 
 namespace vextrel {
@@ -15,17 +16,22 @@ using Names = std::span<const std::string_view>;
 constexpr std::int32_t kCustomId = 1000;
 constexpr std::string_view kNoCustomName;
 
-// `run` names the values from 0 on, `custom` the value 1000 alone: vendors' values above it have no
-// names.
-RenderedText NameOf(std::int32_t value, Names run, std::string_view custom,
-                    std::string_view unknown) {
-  if (value >= 0 && static_cast<std::size_t>(value) < run.size()) {
-    return RenderedText::Name(run[static_cast<std::size_t>(value)]);
-  }
+// The name of a value that is not in the run.
+RenderedText OtherNameOf(std::int32_t value, std::string_view custom, std::string_view unknown) {
   if (value == kCustomId && !custom.empty()) {
     return RenderedText::Name(custom);
   }
   return {unknown, Digits::Decimal(value).view(), ")"};
+}
+
+// `run` names the values from 0 on, `custom` the value 1000 alone: vendors' values above it have no
+// names.
+VEXTREL_ALWAYS_INLINE RenderedText NameOf(std::int32_t value, Names run, std::string_view custom,
+                                          std::string_view unknown) {
+  if (value >= 0 && static_cast<std::size_t>(value) < run.size()) {
+    return RenderedText::Name(run[static_cast<std::size_t>(value)]);
+  }
+  return OtherNameOf(value, custom, unknown);
 }
 
 constexpr std::string_view kInfoDatatypeNames[] = {

@@ -21,6 +21,28 @@ namespace {
 
 using vextrel::Digits;
 
+template <typename Number>
+std::size_t DecimalSize(Number value) {
+  return Digits::Decimal(value).view().size();
+}
+
+// What a line's room is measured with: the widest number of each type takes it up exactly.
+TEST(Digits, KnowTheMostThatEachTypeNeeds) {
+  EXPECT_EQ(DecimalSize(std::numeric_limits<std::int16_t>::min()),
+            vextrel::kMaxDecimal<std::int16_t>);
+  EXPECT_EQ(DecimalSize(std::numeric_limits<std::uint16_t>::max()),
+            vextrel::kMaxDecimal<std::uint16_t>);
+  EXPECT_EQ(DecimalSize(std::numeric_limits<std::int32_t>::min()),
+            vextrel::kMaxDecimal<std::int32_t>);
+  EXPECT_EQ(DecimalSize(std::numeric_limits<std::uint32_t>::max()),
+            vextrel::kMaxDecimal<std::uint32_t>);
+  EXPECT_EQ(DecimalSize(std::numeric_limits<std::uint64_t>::max()),
+            vextrel::kMaxDecimal<std::uint64_t>);
+  EXPECT_EQ(Digits::Hex(std::numeric_limits<std::uint64_t>::max()).view().size(),
+            vextrel::kMaxHex<std::uint64_t>);
+  EXPECT_EQ(vextrel::kMaxHex<std::uint32_t>, 8U);
+}
+
 // Numbers of every size, both infinities, zeros, and what lies just beside a change of form or a
 // rounding.
 std::vector<double> ManyDoubles() {
