@@ -25,7 +25,9 @@ set_target_properties(log4cpp PROPERTIES
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON
   POSITION_INDEPENDENT_CODE ON
-  EXPORT_COMPILE_COMMANDS OFF)
+  EXPORT_COMPILE_COMMANDS OFF
+  UNITY_BUILD ON
+  UNITY_BUILD_BATCH_SIZE 11)
 # src/ holds the header of PropertyConfiguratorImpl.
 target_include_directories(log4cpp SYSTEM PUBLIC
   "${log4cpp_SOURCE_DIR}/include" "${log4cpp_SOURCE_DIR}/src")
@@ -60,11 +62,10 @@ else()
   find_package(Threads REQUIRED)
   target_link_libraries(log4cpp PUBLIC Threads::Threads)
 endif()
-set(vextrel_log4cpp_front "${CMAKE_CURRENT_LIST_DIR}/log4cpp_lets_exceptions_pass.h")
-if(MSVC)
-  target_compile_options(log4cpp PUBLIC "/FI${vextrel_log4cpp_front}" PRIVATE /w)
-else()
-  target_compile_options(log4cpp PUBLIC
-    "$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${vextrel_log4cpp_front}>")
-  target_compile_options(log4cpp PRIVATE -w)
-endif()
+# A target that has it at the front of its precompiled header says so: g++ takes no precompiled header
+# behind another one.
+set(VEXTREL_LOG4CPP_FRONT "${CMAKE_CURRENT_LIST_DIR}/log4cpp_lets_exceptions_pass.h")
+set(vextrel_front_option "SHELL:$<IF:$<CXX_COMPILER_ID:MSVC>,/FI,-include> ${VEXTREL_LOG4CPP_FRONT}")
+target_compile_options(log4cpp PUBLIC
+  "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<NOT:$<BOOL:$<TARGET_PROPERTY:VEXTREL_PRECOMPILES_LOG4CPP_FRONT>>>>:${vextrel_front_option}>")
+target_compile_options(log4cpp PRIVATE $<IF:$<CXX_COMPILER_ID:MSVC>,/w,-w>)
