@@ -75,6 +75,11 @@ const std::vector<std::string>& MessagesOnce(const Case& call, Session& session)
   return entry->second;
 }
 
+// For each line, whatever the layout.
+bool TakesSeconds(const Case& call) {
+  return call.portSize > kLogBytesBeforeEmptying / 4;
+}
+
 // Google Benchmark chooses the iterations by time; a gigabyte of log would fill the memory first.
 void LimitIterations(benchmark::internal::Benchmark& benchmark, const Case& call, bool logs) {
   benchmark.UseRealTime();
@@ -82,6 +87,9 @@ void LimitIterations(benchmark::internal::Benchmark& benchmark, const Case& call
   if (logs && lineBytes > kLogBytesBeforeEmptying / 128) {
     benchmark.Iterations(
         static_cast<benchmark::IterationCount>(kLogBytesBeforeEmptying / lineBytes + 1));
+  }
+  if (TakesSeconds(call)) {
+    benchmark.Repetitions(1);
   }
 }
 
@@ -104,8 +112,8 @@ void RegisterCall(const Case& call, CallSessions& sessions) {
   addSession(Mode::Off, sessions.off, false);
   addSession(Mode::Basic, sessions.basic, true);
   addBare("bare-basic", sessions.bareBasic);
-  if (call.portSize > kLogBytesBeforeEmptying / 4) {
-    return;  // seconds for each line, whatever the layout
+  if (TakesSeconds(call)) {
+    return;
   }
   addSession(Mode::Pattern, sessions.pattern, true);
   addSession(Mode::Fast, sessions.fast, true);

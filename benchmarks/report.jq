@@ -2,11 +2,18 @@
 #
 # L is log4cpp writing the same lines ready-made ("bare-..."). A call's own share is what tracing it
 # costs beyond the direct call and L, as a part of L.
+#
+# The figures are medians over the rounds; of the repetitions within a round the fastest counts, the
+# one that the rest of the machine disturbed least.
+
+def median: sort | (.[(length - 1) / 2 | floor] + .[length / 2 | floor]) / 2;
 
 def medians:
-  [.benchmarks[] | select(.aggregate_name == "median")
-   | {key: (.run_name | gsub("/(iterations:[0-9]+|real_time)"; "")), value: .real_time}]
-  | from_entries;
+  [.rounds[]
+   | group_by(.run_name)[]
+   | {key: (.[0].run_name | gsub("/(iterations:[0-9]+|repeats:[0-9]+|real_time)"; "")),
+      value: (map(.real_time) | min)}]
+  | group_by(.key) | map({key: .[0].key, value: (map(.value) | median)}) | from_entries;
 
 def pad($width): tostring | . + (" " * ([$width - length, 0] | max));
 def lead($width): tostring | (" " * ([$width - length, 0] | max)) + .;
