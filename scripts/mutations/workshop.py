@@ -74,17 +74,10 @@ class Workshop:
 
     def prepare(self):
         """Builds, and sees all tests pass before there is any fault."""
-        if not (self.build / 'build.ninja').exists():
-            self._run('cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja',
-                      '-D', 'CMAKE_BUILD_TYPE=', '-D', 'CMAKE_C_FLAGS=-O0 -w -DNDEBUG',
-                      '-D', 'CMAKE_CXX_FLAGS=-O0 -w -DNDEBUG')
+        self._configure()
         self._run(*self._ninja())
-        described = self._run('ctest', '--test-dir', self.build, '--show-only=json-v1')
-        self.tests = [Test(each) for each in json.loads(described)['tests']]
-        self._reads = _files_by_program(self.build, self._run('ninja', '-C', self.build, '-t', 'deps'))
-        self.check()
-        for test in self.tests:
-            test.limit = min(test.limit, max(20.0, 10 * test.seconds))
+        self.tests, self._reads = self._tests_of(self.build)
+        self._see_them_pass()
 
     def check(self):
         """Without a fault, all tests pass."""
@@ -104,7 +97,7 @@ class Workshop:
         # Programs that are not built from this file see the fault through the module alone.
         fresh = [test for test in self.tests if path not in self._reads.get(test.command[0], ())]
         failed = self._first_failure(_likely_first(fresh, fault.path))
-        if failed is None:
+        if failed is None and len(fresh) < len(self.tests):
             self._is_everywhere = True
             if not self._builds():
                 return 'caught', 'a test that does not compile'
@@ -121,6 +114,24 @@ class Workshop:
             self._planted = None
             self._run(*self._ninja(*(() if self._is_everywhere else ('vextrel',))))
             self._is_everywhere = False
+
+    def _configure(self, *options):
+        if not (self.build / 'build.ninja').exists():
+            self._run('cmake', '-S', self.tree, '-B', self.build, '-G', 'Ninja',
+                      '-D', 'CMAKE_BUILD_TYPE=', '-D', 'VEXTREL_AS_ONE_UNIT=OFF',
+                      '-D', 'CMAKE_C_FLAGS=-O0 -w -DNDEBUG',
+                      '-D', 'CMAKE_CXX_FLAGS=-O0 -w -DNDEBUG', *options)
+
+    def _tests_of(self, build):
+        """The tests, and for each of their programs the files that it is built from."""
+        described = self._run('ctest', '--test-dir', build, '--show-only=json-v1')
+        tests = [Test(each) for each in json.loads(described)['tests']]
+        return tests, _files_by_program(build, self._run('ninja', '-C', build, '-t', 'deps'))
+
+    def _see_them_pass(self):
+        self.check()
+        for test in self.tests:
+            test.limit = min(test.limit, max(20.0, 10 * test.seconds))
 
     def _first_failure(self, tests):
         """A failure counts when it repeats."""
@@ -148,6 +159,33 @@ class Workshop:
         if done.returncode != 0:
             raise Trouble(f'{command[0]} failed:\n' + '\n'.join(done.stdout.splitlines()[-40:]))
         return done.stdout
+
+
+class OutsideWorkshop(Workshop):
+    """A copy of which only the module is built, beside copies of the Linux build's test programs:
+    those that see the sources through the module alone."""
+
+    def __init__(self, root, folder, threads):
+        super().__init__(root, folder, threads)
+        self._root = root
+
+    def prepare(self):
+        self._configure('-D', 'VEXTREL_TESTS=OFF')
+        self._run(*self._ninja('vextrel'))
+        build = self._root / 'build' / 'linux'
+        tests, reads = self._tests_of(build)
+        shutil.rmtree(self.build / 'tests', ignore_errors=True)
+        shutil.copytree(build / 'tests', self.build / 'tests',
+                        ignore=shutil.ignore_patterns('CMakeFiles', '*.cmake', '*.a'))
+        for test in tests:
+            program = pathlib.Path(test.command[0])
+            if program.parent == build / 'tests' and not any(
+                    path.suffix == '.cpp' and path.is_relative_to(self._root / 'src')
+                    for path in reads[test.command[0]]):
+                test.command[0] = str(self.build / 'tests' / program.name)
+                test.folder = str(self.build / 'tests')
+                self.tests.append(test)
+        self._see_them_pass()
 
 
 def _likely_first(tests, path):
