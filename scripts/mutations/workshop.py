@@ -61,6 +61,7 @@ def _end_group(group):
 
 class Workshop:
     """The copy, its build and its tests."""
+    _targets = ()  # all
 
     def __init__(self, root, folder, threads):
         self.tree = folder / 'tree'
@@ -69,7 +70,6 @@ class Workshop:
         self.tests = []
         self._reads = {}  # by test program, the files that it is built from
         self._planted = None
-        self._is_everywhere = False
         _mirror(root, self.tree)
 
     def prepare(self):
@@ -86,25 +86,15 @@ class Workshop:
             raise Trouble(f'{failed.name} fails although no fault is planted (in {self.build})')
 
     def try_fault(self, fault, source):
-        """What becomes of it: ('refused', None), ('caught', by whom) or ('survived', None)."""
-        if self._is_everywhere:  # programs that tests start have the last fault, too
-            self.restore()
+        """What becomes of it: ('refused', None), ('caught', by whom) or ('survived', None). The
+        tests that see it through the module alone have missed it already."""
+        self._plant(fault, source)
+        if not self._builds(*self._targets):
+            return 'caught', 'a test that does not compile'
         path = self.tree / 'src' / fault.path
-        self._planted = path, source
-        path.write_text(fault.apply(source))
-        if not self._builds('vextrel'):
-            return 'refused', None
-        # Programs that are not built from this file see the fault through the module alone.
-        fresh = [test for test in self.tests if path not in self._reads.get(test.command[0], ())]
-        failed = self._first_failure(_likely_first(fresh, fault.path))
-        if failed is None and len(fresh) < len(self.tests):
-            self._is_everywhere = True
-            if not self._builds():
-                return 'caught', 'a test that does not compile'
-            kept = {test.name for test in fresh}
-            others = [test for test in self.tests if test.name not in kept]
-            failed = self._first_failure(_likely_first(others, fault.path))
-        return ('survived', None) if failed is None else ('caught', failed.name)
+        return self._outcome([test for test in self.tests
+                              if path in self._reads.get(test.command[0], ())
+                              or not self._needs_module_alone(test, self.build, self.tree)], fault)
 
     def restore(self):
         """Takes the fault out of the source, and out of every program that has it."""
@@ -112,8 +102,25 @@ class Workshop:
             path, source = self._planted
             path.write_text(source)
             self._planted = None
-            self._run(*self._ninja(*(() if self._is_everywhere else ('vextrel',))))
-            self._is_everywhere = False
+            self._run(*self._ninja(*self._targets))
+
+    def _plant(self, fault, source):
+        """In place of the last one, which is gone from whatever is built next."""
+        if self._planted is not None:
+            self._planted[0].write_text(self._planted[1])
+        path = self.tree / 'src' / fault.path
+        self._planted = path, source
+        path.write_text(fault.apply(source))
+
+    def _outcome(self, tests, fault):
+        failed = self._first_failure(_likely_first(tests, fault.path))
+        return ('survived', None) if failed is None else ('caught', failed.name)
+
+    def _needs_module_alone(self, test, build, root):
+        """True for a program that is linked with nothing of the product."""
+        return pathlib.Path(test.command[0]).parent == build / 'tests' and not any(
+            path.suffix == '.cpp' and path.is_relative_to(root / 'src')
+            for path in self._reads[test.command[0]])
 
     def _configure(self, *options):
         if not (self.build / 'build.ninja').exists():
@@ -164,6 +171,7 @@ class Workshop:
 class OutsideWorkshop(Workshop):
     """A copy of which only the module is built, beside copies of the Linux build's test programs:
     those that see the sources through the module alone."""
+    _targets = ('vextrel',)
 
     def __init__(self, root, folder, threads):
         super().__init__(root, folder, threads)
@@ -171,21 +179,24 @@ class OutsideWorkshop(Workshop):
 
     def prepare(self):
         self._configure('-D', 'VEXTREL_TESTS=OFF')
-        self._run(*self._ninja('vextrel'))
+        self._run(*self._ninja(*self._targets))
         build = self._root / 'build' / 'linux'
-        tests, reads = self._tests_of(build)
+        tests, self._reads = self._tests_of(build)
         shutil.rmtree(self.build / 'tests', ignore_errors=True)
         shutil.copytree(build / 'tests', self.build / 'tests',
                         ignore=shutil.ignore_patterns('CMakeFiles', '*.cmake', '*.a'))
         for test in tests:
-            program = pathlib.Path(test.command[0])
-            if program.parent == build / 'tests' and not any(
-                    path.suffix == '.cpp' and path.is_relative_to(self._root / 'src')
-                    for path in reads[test.command[0]]):
-                test.command[0] = str(self.build / 'tests' / program.name)
+            if self._needs_module_alone(test, build, self._root):
+                test.command[0] = str(self.build / 'tests' / pathlib.Path(test.command[0]).name)
                 test.folder = str(self.build / 'tests')
                 self.tests.append(test)
         self._see_them_pass()
+
+    def try_fault(self, fault, source):
+        self._plant(fault, source)
+        if not self._builds(*self._targets):
+            return 'refused', None
+        return self._outcome(self.tests, fault)
 
 
 def _likely_first(tests, path):
