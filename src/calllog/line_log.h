@@ -11,8 +11,10 @@
 #include <log4cpp/LoggingEvent.hh>
 #include <log4cpp/NDC.hh>
 #include <log4cpp/Priority.hh>
+#include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "calllog/always_inline.h"
 #include "calllog/line_format.h"
@@ -23,10 +25,15 @@ namespace vextrel {
 
 namespace detail {
 
-// For a line that may pass, as Category::info makes it.
-[[nodiscard]] inline log4cpp::LoggingEvent InfoEvent(const log4cpp::Category& logger,
-                                                     const std::string& line) {
-  return {logger.getName(), line, log4cpp::NDC::get(), log4cpp::Priority::INFO};
+// For a line that may pass: what Category::info does, which would ask for the priority once more,
+// and copy the line.
+inline void LogPassedInfo(log4cpp::Category& logger, std::string&& line) {
+  log4cpp::LoggingEvent event(logger.getName(), std::string(), log4cpp::NDC::get(),
+                              log4cpp::Priority::INFO);
+  // A const member may be replaced by another object, as long as what it belongs to is not const.
+  std::destroy_at(&event.message);
+  std::construct_at(const_cast<std::string*>(&event.message), std::move(line));
+  logger.callAppenders(event);
 }
 
 // What was going to be rendered in the line: whether a line is written must not change which memory
@@ -58,10 +65,7 @@ template <FormatText text, typename... Values>
 VEXTREL_ALWAYS_INLINE void LogInfo(log4cpp::Category& logger, KnownFormat<text> format,
                                    const Values&... values) {
   if (logger.isInfoEnabled()) {
-    // Category::info would ask for the priority once more, and keep the line while log4cpp, which
-    // has its own copy in the event, makes others of it.
-    const log4cpp::LoggingEvent event = detail::InfoEvent(logger, FormatLine(format, values...));
-    logger.callAppenders(event);
+    detail::LogPassedInfo(logger, FormatLine(format, values...));
   } else {
     (detail::RenderUnlogged(values), ...);
   }

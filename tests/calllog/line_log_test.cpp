@@ -1,10 +1,12 @@
 #include "calllog/line_log.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <log4cpp/Category.hh>
+#include <log4cpp/NDC.hh>
 #include <log4cpp/PatternLayout.hh>
 #include <log4cpp/StringQueueAppender.hh>
 #include <map>
@@ -31,10 +33,10 @@ class LineLog : public testing::Test {
  protected:
   LineLog()
       : logger(log4cpp::Category::getInstance("line_log")),
+        pattern(*new log4cpp::PatternLayout),
         appender_(new log4cpp::StringQueueAppender("memory")) {
-    auto* layout = new log4cpp::PatternLayout;
-    layout->setConversionPattern("%p %m");
-    appender_->setLayout(layout);
+    pattern.setConversionPattern("%p %m");
+    appender_->setLayout(&pattern);
     logger.setAdditivity(false);
     logger.setPriority(log4cpp::Priority::DEBUG);
     logger.addAppender(appender_);
@@ -57,6 +59,7 @@ class LineLog : public testing::Test {
   }
 
   log4cpp::Category& logger;
+  log4cpp::PatternLayout& pattern;  // owned by the appender
 
  private:
   log4cpp::StringQueueAppender* appender_;  // owned by the category
@@ -143,6 +146,20 @@ TEST_F(LineLog, WritesTheLinesOfCallsInTheSameWay) {
   logger.setPriority(log4cpp::Priority::NOTICE);
   LogInfo(logger, "%s"_line, std::string("unseen"));
   EXPECT_EQ(TakeLines(), (Lines{"INFO GC_ERR_SUCCESS=IFClose(hIface=0x0000000000000010)"}));
+}
+
+TEST_F(LineLog, TellsLog4cppOfACallsLineWhatItsOwnFunctionTells) {
+  pattern.setConversionPattern("%c|%p|%t|%x|%m");
+  log4cpp::NDC::push("inside");
+  const std::string text(200, 't');
+  LogInfo(logger, "%s"_line, text);
+  logger.info(text);
+  log4cpp::NDC::clear();
+  const Lines lines = TakeLines();
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0], lines[1]);
+  EXPECT_THAT(lines[0], testing::AllOf(testing::StartsWith("line_log|INFO|"),
+                                       testing::EndsWith("|inside|" + text)));
 }
 
 // What a call's line is made of is rendered on every call: a fault in the consumer's memory must
