@@ -34,8 +34,8 @@ void DeleteCallSessions::operator()(CallSessions* sessions) const {
 
 namespace {
 
-// Log files stay small enough for the page cache.
-constexpr std::size_t kLogBytesBeforeEmptying = std::size_t{128} << 20;
+// Log files stay small enough for the page cache, and a repetition short.
+constexpr std::size_t kLogBytesBeforeEmptying = std::size_t{48} << 20;
 
 void RunCalls(benchmark::State& state, const Session& session, const Case& call,
               std::size_t firstBuffer) {
