@@ -9,7 +9,7 @@ _OPERATORS = {
     '+=': '-=', '-=': '+=', '++': '--', '--': '++',
 }  # yapf: disable
 _EVERYWHERE = frozenset(('==', '!=', '+=', '-=', '++', '--'))  # no other meaning, or a binary one
-_CONVERSIONS = {'u': 'd', 'd': 'u', 'x': 'u', 'lu': 'x', 'llx': 'x'}
+_CONVERSIONS = {'u': 'x', 'd': 'x', 'x': 'u', 'lu': 'x', 'llx': 'x'}
 
 
 class Fault:
@@ -72,7 +72,7 @@ class Source:
 
     # A letter of a text changed; a conversion of a format made another one.
     def _texts(self):
-        for token in self.tokens:
+        for index, token in enumerate(self.tokens):
             if token.kind not in ('string', 'char'):
                 continue
             inner = token.text.find(token.text[-1]) + 1
@@ -86,8 +86,18 @@ class Source:
                 self._add('text', begin, begin + 1, _other_letter(content[place]))
             for match in re.finditer(r'%(llx|lu|[udx])', content):
                 begin = token.begin + inner + match.start(1)
+                if self._has_no_value(index, begin):
+                    continue  # 0 looks the same in each
                 self._add('conversion', begin, begin + len(match.group(1)),
                           _CONVERSIONS[match.group(1)])
+
+    def _has_no_value(self, index, begin):
+        """Whether the call has no values left for the conversion that begins there in its format."""
+        end = index
+        while end < len(self.tokens) and self._at(end) not in (')', ']', '}'):
+            end = (self.tokens[end].partner or end) + 1
+        rest = self.text[begin:self.tokens[end].begin] if end < len(self.tokens) else ''
+        return rest.count('noValue') > len(re.findall(r'%l*[a-z]', rest))
 
     def _operators(self):
         for index, token in enumerate(self.tokens):

@@ -193,9 +193,9 @@ TEST_F(InterfaceLines, IFGetDeviceIDOfTheSizeAlone) {
 
 TEST_F(InterfaceLines, IFUpdateDeviceListShowsTheFlagAsANumber) {
   bool8_t changed = 0;
-  ExpectLine({.target = [&] { changed = 1; },
+  ExpectLine({.target = [&] { changed = 129; },
               .line = Fill("IFUpdateDeviceList(hInterface=0x0000000000002000, "
-                           "0x{}->(bHasChanged=1), iTimeout=1000)",
+                           "0x{}->(bHasChanged=129), iTimeout=1000)",
                            Hex16(&changed))},
              &Functions::IFUpdateDeviceList, interfaceHandle, &changed, 1000U);
 }
