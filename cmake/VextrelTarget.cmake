@@ -18,6 +18,15 @@ function(vextrel_configure_target target)
   endif()
 endfunction()
 
+# A traced call is cheaper then, and the build is twice as fast. Lines that run are counted file by
+# file.
+option(VEXTREL_AS_ONE_UNIT "Compile the sources of the product, and of each sample, as one unit" ON)
+function(vextrel_compile_as_one_unit target)
+  if(VEXTREL_AS_ONE_UNIT AND NOT VEXTREL_COVERAGE)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+  endif()
+endfunction()
+
 # Has a target count which of its lines run. Not the tests and libraries: only the product's lines
 # are asked about. Its warnings differ from the optimised builds', which are what has to be clean.
 function(vextrel_count_lines target)

@@ -9,13 +9,13 @@
 namespace simcam {
 namespace {
 
-constexpr ModuleKind kKind{"TLDataStream", "StreamPort", "StreamID"};
+constexpr ModuleKind kDataStreamKind{"TLDataStream", "StreamPort", "StreamID"};
 
 }  // namespace
 
 DataStream::DataStream(const std::string& id, std::weak_ptr<Module> device,
                        std::shared_ptr<RemoteDevice> camera)
-    : Module(kKind, id, std::move(device)),
+    : Module(kDataStreamKind, id, std::move(device)),
       camera_(std::move(camera)),
       output_(MakeOutputQueue()) {}
 

@@ -5,7 +5,7 @@
 namespace simcam {
 namespace {
 
-constexpr ModuleKind kKind{"TLDevice", "DevicePort", "DeviceID"};
+constexpr ModuleKind kDeviceKind{"TLDevice", "DevicePort", "DeviceID"};
 
 }  // namespace
 
@@ -30,7 +30,7 @@ InfoValue DeviceInfo(const DeviceEntry& device, DEVICE_ACCESS_STATUS status,
 }
 
 Device::Device(const DeviceEntry& entry, std::weak_ptr<Module> interface, bool writable)
-    : Module(kKind, entry.id, std::move(interface)), entry_(entry), writable_(writable) {}
+    : Module(kDeviceKind, entry.id, std::move(interface)), entry_(entry), writable_(writable) {}
 
 void Device::Connect(const Settings& settings, HandleTable& handles) {
   camera_ = std::make_shared<RemoteDevice>(Id(), weak_from_this(), settings, writable_);

@@ -6,7 +6,7 @@
 namespace simcam {
 namespace {
 
-constexpr ModuleKind kKind{"TLInterface", "InterfacePort", "InterfaceID"};
+constexpr ModuleKind kInterfaceKind{"TLInterface", "InterfacePort", "InterfaceID"};
 
 }  // namespace
 
@@ -24,7 +24,7 @@ InfoValue InterfaceInfo(const InterfaceEntry& interface, INTERFACE_INFO_CMD comm
 }
 
 Interface::Interface(const InterfaceEntry& entry, std::weak_ptr<Module> transportLayer)
-    : Module(kKind, entry.id, std::move(transportLayer)), entry_(entry) {}
+    : Module(kInterfaceKind, entry.id, std::move(transportLayer)), entry_(entry) {}
 
 bool Interface::UpdateDeviceList() {
   return !std::exchange(listed_, true);

@@ -10,14 +10,14 @@ namespace simcam {
 namespace {
 
 constexpr size_t kIdSize = 64;
-constexpr uint64_t kXmlAddress = 0x1000;
+constexpr uint64_t kModuleXmlAddress = 0x1000;
 
 PortRegisters OwnRegisters(const ModuleKind& kind, std::string_view id) {
   const std::string xml = ModuleXml(kind.name, kind.portName, kind.idFeature, kIdSize);
   PortRegisters registers;
   registers.map.AddText(kind.idFeature, 0, kIdSize, id);
-  registers.map.AddText("the description", kXmlAddress, xml.size(), xml);
-  registers.url = LocalUrl(kind.name, kXmlAddress, xml.size());
+  registers.map.AddText("the description", kModuleXmlAddress, xml.size(), xml);
+  registers.url = LocalUrl(kind.name, kModuleXmlAddress, xml.size());
   return registers;
 }
 

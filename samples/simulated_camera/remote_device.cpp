@@ -9,7 +9,7 @@
 namespace simcam {
 namespace {
 
-constexpr ModuleKind kKind{"Device", "Device", {}};
+constexpr ModuleKind kRemoteDeviceKind{"Device", "Device", {}};
 
 constexpr uint64_t kVendorName = 0x0;
 constexpr uint64_t kModelName = 0x20;
@@ -23,7 +23,7 @@ constexpr uint64_t kPayloadSize = 0x110;
 constexpr uint64_t kFrameRate = 0x118;
 constexpr uint64_t kAcquisitionStart = 0x120;
 constexpr uint64_t kAcquisitionStop = 0x124;
-constexpr uint64_t kXmlAddress = 0x10000;
+constexpr uint64_t kCameraXmlAddress = 0x10000;
 
 PortRegisters CameraRegisters(const std::string& deviceId, const Settings& settings) {
   constexpr auto kWritable = Register::Access::kReadWrite;
@@ -42,8 +42,8 @@ PortRegisters CameraRegisters(const std::string& deviceId, const Settings& setti
   map.AddNumber("AcquisitionFrameRate", kFrameRate, settings.rate, kWritable);
   map.AddNumber("AcquisitionStart", kAcquisitionStart, uint32_t{0}, kWritable);
   map.AddNumber("AcquisitionStop", kAcquisitionStop, uint32_t{0}, kWritable);
-  map.AddText("the description", kXmlAddress, CameraXml().size(), CameraXml());
-  registers.url = LocalUrl("SimulatedCamera", kXmlAddress, CameraXml().size());
+  map.AddText("the description", kCameraXmlAddress, CameraXml().size(), CameraXml());
+  registers.url = LocalUrl("SimulatedCamera", kCameraXmlAddress, CameraXml().size());
   return registers;
 }
 
@@ -77,7 +77,7 @@ std::string TextOf(const Register& target) {
 
 RemoteDevice::RemoteDevice(const std::string& deviceId, std::weak_ptr<Module> device,
                            const Settings& settings, bool writable)
-    : Module(kKind, deviceId, std::move(device), CameraRegisters(deviceId, settings)),
+    : Module(kRemoteDeviceKind, deviceId, std::move(device), CameraRegisters(deviceId, settings)),
       writable_(writable) {}
 
 void RemoteDevice::Write(uint64_t address, const void* data, size_t size) {

@@ -9,7 +9,7 @@ namespace simcam {
 namespace {
 
 constexpr std::string_view kId = "VextrelSimulatedCamera";
-constexpr ModuleKind kKind{"TLSystem", "TLPort", "TLID"};
+constexpr ModuleKind kTransportLayerKind{"TLSystem", "TLPort", "TLID"};
 constexpr uint32_t kInterfaces = 2;
 
 // A consumer that tries all devices then meets one that refuses, and still finds others.
@@ -41,7 +41,8 @@ InfoValue TransportLayerInfo(TL_INFO_CMD command) {
   }
 }
 
-TransportLayer::TransportLayer(const Settings& settings) : Module(kKind, std::string(kId), {}) {
+TransportLayer::TransportLayer(const Settings& settings)
+    : Module(kTransportLayerKind, std::string(kId), {}) {
   for (uint32_t i = 0; i < kInterfaces; ++i) {
     const std::string number = std::to_string(i);
     interfaces_.push_back({"SimIface" + number, "Simulated Interface " + number, {}});
