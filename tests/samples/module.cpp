@@ -11,10 +11,6 @@
 #include <cstdlib>
 #endif
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
-
 #if defined(_WIN32)
 
 Module::Module(const std::string& path) : path_(path), module_(LoadLibraryA(path.c_str())) {}
@@ -77,16 +73,4 @@ EnvironmentSetting::~EnvironmentSetting() {
   unsetenv(name_.c_str());
 }
 
-#endif
-
-#if defined(__SANITIZE_ADDRESS__)
-LeaksAllowed::LeaksAllowed() {
-  __lsan_disable();
-}
-LeaksAllowed::~LeaksAllowed() {
-  __lsan_enable();
-}
-#else
-LeaksAllowed::LeaksAllowed() = default;
-LeaksAllowed::~LeaksAllowed() = default;
 #endif

@@ -52,13 +52,4 @@ class EnvironmentSetting {
   std::string name_;
 };
 
-// While it lives, what this thread allocates may leak without a leak detector minding.
-class LeaksAllowed {
- public:
-  LeaksAllowed();
-  ~LeaksAllowed();
-  LeaksAllowed(const LeaksAllowed&) = delete;
-  LeaksAllowed& operator=(const LeaksAllowed&) = delete;
-};
-
 #endif  // VEXTREL_TESTS_SAMPLES_MODULE_H

@@ -43,7 +43,6 @@ TEST(SimulatedCameraUnload, LeavesMemoryAfterClosing) {
 
 TEST(SimulatedCameraUnload, StandsUnloadingWithoutClosing) {
   {
-    const LeaksAllowed allowed;
     const Producer gentl(SIMULATED_CAMERA_PATH);
     ASSERT_TRUE(gentl.module.Loaded());
     OpenStream(gentl);
