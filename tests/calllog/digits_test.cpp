@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <ios>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -122,6 +123,41 @@ TEST(DigitsDecimal, ShowsZeroAndSignsWithoutFill) {
   EXPECT_EQ(Digits::Decimal(7).view(), "7");
   EXPECT_EQ(Digits::Decimal(-7).view(), "-7");
   EXPECT_EQ(Digits::Decimal(1000000).view(), "1000000");
+}
+
+// Numbers of every size.
+std::vector<std::uint64_t> ManyNumbers() {
+  std::mt19937_64 random(21);  // NOLINT: the same numbers in every run
+  std::vector<std::uint64_t> numbers;
+  for (int i = 0; i < 20'000; ++i) {
+    numbers.push_back(random() >> (i % 64));
+  }
+  return numbers;
+}
+
+template <typename Number>
+std::string Streamed(Number number, std::ios_base& (*base)(std::ios_base&)) {
+  std::ostringstream stream;
+  stream << base << number;
+  return stream.str();
+}
+
+TEST(DigitsDecimal, AgreesWithStreams) {
+  for (const std::uint64_t number : ManyNumbers()) {
+    const auto low32 = static_cast<std::uint32_t>(number);
+    const auto signed32 = static_cast<std::int32_t>(low32);
+    const auto signed64 = static_cast<std::int64_t>(number);
+    ASSERT_EQ(Digits::Decimal(number).view(), Streamed(number, std::dec));
+    ASSERT_EQ(Digits::Decimal(low32).view(), Streamed(low32, std::dec));
+    ASSERT_EQ(Digits::Decimal(signed32).view(), Streamed(signed32, std::dec));
+    ASSERT_EQ(Digits::Decimal(signed64).view(), Streamed(signed64, std::dec));
+  }
+}
+
+TEST(DigitsHex, AgreesWithStreams) {
+  for (const std::uint64_t number : ManyNumbers()) {
+    ASSERT_EQ(Digits::Hex(number).view(), Streamed(number, std::hex));
+  }
 }
 
 TEST(DigitsHex, ShowsLowerCaseDigitsWithoutPrefixOrFill) {

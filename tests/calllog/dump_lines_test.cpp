@@ -1,6 +1,7 @@
 #include "calllog/dump_lines.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iomanip>
 #include <random>
@@ -12,6 +13,8 @@
 
 namespace vextrel {
 namespace {
+
+constexpr std::size_t kAlignments = 32;  // as many bytes as are read and written at once
 
 std::string Reference(const std::uint8_t* bytes, std::size_t lines) {
   std::ostringstream text;
@@ -32,28 +35,42 @@ std::string Written(Write write, const std::uint8_t* bytes, std::size_t lines) {
   return {text.data(), lines * kDumpLineSize};
 }
 
-TEST(DumpLines, ShowEveryByteValue) {
-  std::array<std::uint8_t, 256> bytes{};
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    bytes[i] = static_cast<std::uint8_t>(i);
+TEST(DumpLines, ShowEveryByteValueAtEveryPlace) {
+  for (unsigned value = 0; value < 256; ++value) {
+    const std::vector<std::uint8_t> bytes(4 * 16, static_cast<std::uint8_t>(value));
+    const std::string expected = Reference(bytes.data(), 4);
+    ASSERT_EQ(Written(WriteDumpLines, bytes.data(), 4), expected);
+    ASSERT_EQ(Written(WriteDumpLinesPlainly, bytes.data(), 4), expected);
   }
-  const std::string expected = Reference(bytes.data(), 16);
-  EXPECT_EQ(Written(WriteDumpLines, bytes.data(), 16), expected);
-  EXPECT_EQ(Written(WriteDumpLinesPlainly, bytes.data(), 16), expected);
 }
 
 TEST(DumpLines, AreTheSameInBothWaysAtEveryAlignment) {
   std::mt19937 random(1);  // NOLINT: the same bytes in every run
-  std::vector<std::uint8_t> bytes(16 * 70 + 16);
+  alignas(kAlignments) std::array<std::uint8_t, 16 * 70 + kAlignments> bytes{};
   for (std::uint8_t& byte : bytes) {
     byte = static_cast<std::uint8_t>(random());
   }
-  for (std::size_t offset = 0; offset < 16; ++offset) {
+  for (std::size_t offset = 0; offset < kAlignments; ++offset) {
     for (std::size_t lines = 0; lines <= 70; ++lines) {
       const std::string expected = Reference(bytes.data() + offset, lines);
       ASSERT_EQ(Written(WriteDumpLines, bytes.data() + offset, lines), expected) << lines;
       ASSERT_EQ(Written(WriteDumpLinesPlainly, bytes.data() + offset, lines), expected) << lines;
     }
+  }
+}
+
+TEST(DumpLines, AreTheSameWhereverTheyAreWritten) {
+  constexpr std::size_t kLines = 5;
+  std::array<std::uint8_t, 16 * kLines> bytes{};
+  std::mt19937 random(2);  // NOLINT: the same bytes in every run
+  for (std::uint8_t& byte : bytes) {
+    byte = static_cast<std::uint8_t>(random());
+  }
+  const std::string expected = Reference(bytes.data(), kLines);
+  alignas(kAlignments) std::array<char, kLines * kDumpLineSize + kAlignments> text{};
+  for (std::size_t offset = 0; offset < kAlignments; ++offset) {
+    WriteDumpLines(bytes.data(), kLines, text.data() + offset);
+    ASSERT_EQ(std::string(text.data() + offset, expected.size()), expected) << offset;
   }
 }
 

@@ -24,10 +24,10 @@ constexpr std::size_t kLengths = 300;
 
 TEST(RenderByteDumpAgainstStreams, AgreesForEveryByteValueAtEveryPlaceOfALine) {
   for (unsigned value = 0; value < 256; ++value) {
-    Bytes bytes(1, static_cast<std::uint8_t>(value));
-    ASSERT_EQ(DumpOf(bytes.data(), 1), ReferenceByteDump(bytes.data(), 1)) << value;
-    bytes = Bytes(17, static_cast<std::uint8_t>(value));
-    ASSERT_EQ(DumpOf(bytes.data(), 17), ReferenceByteDump(bytes.data(), 17)) << value;
+    for (const std::size_t length : {std::size_t{1}, std::size_t{17}, std::size_t{65}}) {
+      const Bytes bytes(length, static_cast<std::uint8_t>(value));
+      ASSERT_EQ(DumpOf(bytes.data(), length), ReferenceByteDump(bytes.data(), length)) << value;
+    }
   }
   const Bytes all = CountedBytes(256);
   EXPECT_EQ(DumpOf(all.data(), all.size()), ReferenceByteDump(all.data(), all.size()));
@@ -35,7 +35,7 @@ TEST(RenderByteDumpAgainstStreams, AgreesForEveryByteValueAtEveryPlaceOfALine) {
 
 TEST(RenderByteDumpAgainstStreams, AgreesForEveryLengthAtEveryAlignment) {
   const Bytes source = RandomBytes(kLengths + kAlignments);
-  alignas(16) std::array<std::uint8_t, kLengths + kAlignments> bytes{};
+  alignas(kAlignments) std::array<std::uint8_t, kLengths + kAlignments> bytes{};
   for (std::size_t length = 0; length <= kLengths; ++length) {
     const std::string expected = ReferenceByteDump(source.data(), length);
     for (std::size_t offset = 0; offset < kAlignments; ++offset) {

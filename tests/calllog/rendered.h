@@ -22,9 +22,9 @@ namespace vextrel_test {
   return std::string(visible) + '\0';
 }
 
-inline constexpr std::size_t kAlignments = 16;
+inline constexpr std::size_t kAlignments = 32;
 
-// A copy of a value that lies `offset` bytes behind a 16-byte boundary.
+// A copy of a value that lies `offset` bytes behind a 32-byte boundary.
 template <typename Value>
 class Shifted {
  public:
@@ -37,7 +37,7 @@ class Shifted {
   [[nodiscard]] const void* address() const { return address_; }
 
  private:
-  alignas(16) std::array<unsigned char, sizeof(Value) + kAlignments> bytes_{};
+  alignas(kAlignments) std::array<unsigned char, sizeof(Value) + kAlignments> bytes_{};
   void* address_;
 };
 
