@@ -13,31 +13,15 @@
 #include <vector>
 
 #include "check.h"
+#include "dump_model.h"
 #include "exact_memory.h"
 
 namespace {
 
 using vextrel_fuzz::CheckText;
+using vextrel_fuzz::Dump;
 using vextrel_fuzz::ExactMemory;
-
-void WriteDump(std::ostream& out, std::string_view bytes) {
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    out << "0x" << std::hex << std::setw(2) << std::setfill('0')
-        << static_cast<unsigned>(static_cast<unsigned char>(bytes[i]));
-    if (i + 1 < bytes.size()) {
-      out << ",";
-    }
-    if (i % 16 == 15) {
-      out << "\n";
-    }
-  }
-}
-
-std::string Dump(std::string_view bytes) {
-  std::ostringstream out;
-  WriteDump(out, bytes);
-  return out.str();
-}
+using vextrel_fuzz::WriteDump;
 
 // The bytes of one access: a few of the input's own, or many, so that a dump has several chunks.
 std::string Data(FuzzedDataProvider& data) {
