@@ -1,4 +1,4 @@
-// The floor of what a traced call can cost: log4cpp writing lines that are ready.
+// What a traced call is compared with: log4cpp's own function, given lines that are ready.
 #ifndef VEXTREL_BENCHMARKS_BARE_LINE_H
 #define VEXTREL_BENCHMARKS_BARE_LINE_H
 

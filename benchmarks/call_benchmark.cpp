@@ -131,11 +131,17 @@ void RegisterThreads(const Case& call, CallSessions& sessions) {
         ->UseRealTime();
   };
   for (const auto& [mode, session] :
-       {std::pair("off", &sessions.off), std::pair("basic", &sessions.basic)}) {
-    add(mode, [&call, session](benchmark::State& state) { RunCalls(state, *session, call, 0); });
+       {std::pair(Mode::Direct, &sessions.direct), std::pair(Mode::Off, &sessions.off),
+        std::pair(Mode::Basic, &sessions.basic), std::pair(Mode::Pattern, &sessions.pattern)}) {
+    add(ModeName(mode),
+        [&call, session](benchmark::State& state) { RunCalls(state, *session, call, 0); });
   }
-  add("bare-basic", [&messages = MessagesOnce(call, sessions.basic), &logger = sessions.bareBasic](
-                        benchmark::State& state) { RunBareLines(state, logger, messages); });
+  for (const auto& [mode, logger] : {std::pair("bare-basic", &sessions.bareBasic),
+                                     std::pair("bare-pattern", &sessions.barePattern)}) {
+    add(mode, [&messages = MessagesOnce(call, sessions.basic), logger](benchmark::State& state) {
+      RunBareLines(state, *logger, messages);
+    });
+  }
 }
 
 void RegisterBuffers(const Case& call, const Session& session) {
@@ -153,8 +159,11 @@ std::unique_ptr<CallSessions, DeleteCallSessions> RegisterCallBenchmarks() {
   for (const Case& call : Cases()) {
     RegisterCall(call, *sessions);
   }
+  // What every thread of a consumer with several streams does at the same time.
+  for (const Case& call : Cases().first(4)) {
+    RegisterThreads(call, *sessions);
+  }
   const Case& queue = Cases().front();
-  RegisterThreads(queue, *sessions);
   for (const Session* session : {&sessions->oneBuffer, &sessions->off, &sessions->manyBuffers}) {
     RegisterBuffers(queue, *session);
   }

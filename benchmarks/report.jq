@@ -72,13 +72,26 @@ def call_table($m):
            + ($m["\($key)/bare-\($layout)"] | time | lead(12))
            + (share($m; $case; $layout) | fixed(3) | lead(7))] | add));
 
+def thread_table($m):
+  ("\("calls by threads" | pad(34))\("direct" | lead(8))\("off" | lead(11))"
+   + (["basic", "pattern"] | map(lead(12) + ("L" | lead(12)) + ("share" | lead(7))) | add)),
+  ($m | keys[] | capture("^threads/(?<case>.*)/direct/threads:(?<count>[0-9]+)$")
+   | . as {$case, $count}
+   | (["direct", "off", "basic", "bare-basic", "pattern", "bare-pattern"]
+      | map({key: ., value: $m["threads/\($case)/\(.)/threads:\($count)"]}) | from_entries) as $of
+   | "\("\($case), \($count)" | pad(34))\($of.direct | time | lead(8))\($of.off | time | lead(11))"
+     + (["basic", "pattern"]
+        | map(. as $layout | $of["bare-" + $layout] as $bare
+              | ($of[$layout] | time | lead(12)) + ($bare | time | lead(12))
+                + (($of[$layout] - $of.direct) / $bare - 1 | fixed(3) | lead(7))) | add));
+
 def other_table($m):
-  $m | keys[] | select(startswith("call/") | not)
+  $m | keys[] | select(startswith("call/") or startswith("threads/") | not)
   | "\(. | pad(48))\($m[.] | time | lead(12))";
 
 medians as $m
 | bars($m) as $bars
-| call_table($m), "", other_table($m), "",
+| call_table($m), "", thread_table($m), "", other_table($m), "",
   ($bars[] | "\(if .met then "met   " else "MISSED" end)  \(.what): \(.text)"),
   "",
   "\([$bars[] | select(.met)] | length) of \($bars | length) bars met"
