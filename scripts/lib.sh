@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 vextrel_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-vextrel_cache=${VEXTREL_CACHE:-${HOME:-/root}/.cache/vextrel}
+vextrel_cache=${VEXTREL_CACHE:-${HOME:-$vextrel_root/build}/.cache/vextrel}
 vextrel_logs=$vextrel_root/build/logs
 export VEXTREL_CACHE=$vextrel_cache
 
