@@ -18,8 +18,7 @@ function(vextrel_configure_target target)
   endif()
 endfunction()
 
-# A traced call is cheaper then, and the build is twice as fast. Lines that run are counted file by
-# file.
+# A traced call is cheaper then, and the build is faster. Lines that run are counted file by file.
 option(VEXTREL_AS_ONE_UNIT "Compile the sources of the product, and of each sample, as one unit" ON)
 function(vextrel_compile_as_one_unit target)
   if(VEXTREL_AS_ONE_UNIT AND NOT VEXTREL_COVERAGE)

@@ -1,4 +1,4 @@
-// Grabs frames from a camera through a GenTL producer, the way a camera maker's example does.
+// Grabs frames from a camera through a GenTL producer.
 #include <exception>
 #include <filesystem>
 #include <iostream>

@@ -90,7 +90,7 @@ RenderedText RenderPointerSlot(const void* const* slot) {
   }
   const void* stored = *slot;
   if (stored == nullptr) {
-    // No blank here, but one in front of an address: the form is required.
+    // No blank here, but one in front of an address, on purpose.
     return {Digits::Address(static_cast<const void*>(slot)).view(), "(NULL)"};
   }
   return {Digits::Address(static_cast<const void*>(slot)).view(), " (",
@@ -101,7 +101,7 @@ RenderedText RenderBufferValue(const void* pBuffer) {
   if (pBuffer == nullptr) {
     return RenderedText::Name("NULL");
   }
-  // The content stands where an address would be expected: required, odd as it is.
+  // The content stands where an address would be expected, on purpose.
   const auto* text = static_cast<const char*>(pBuffer);
   return {"0x", text, "->(", std::string_view(text, 1), ")"};
 }

@@ -255,7 +255,7 @@ typedef struct PORT_REGISTER_STACK_ENTRY {
 } PORT_REGISTER_STACK_ENTRY;
 
 // A module that compiles everything else hidden still exports these.
-#if defined(__GNUC__) && !defined(_WIN32)
+#if defined(__ELF__)
 #pragma GCC visibility push(default)
 #endif
 
@@ -366,7 +366,7 @@ GC_ERROR GC_CALLTYPE EventGetInfo(EVENT_HANDLE hEvent, EVENT_INFO_CMD iInfoCmd,
 GC_ERROR GC_CALLTYPE EventFlush(EVENT_HANDLE hEvent);
 GC_ERROR GC_CALLTYPE EventKill(EVENT_HANDLE hEvent);
 
-#if defined(__GNUC__) && !defined(_WIN32)
+#if defined(__ELF__)
 #pragma GCC visibility pop
 #endif
 
