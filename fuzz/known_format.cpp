@@ -15,6 +15,7 @@
 #include "check.h"
 #include "dump_model.h"
 #include "exact_memory.h"
+#include "letters.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ using vextrel::noValue;
 using vextrel_fuzz::CheckText;
 using vextrel_fuzz::Dump;
 using vextrel_fuzz::ExactMemory;
+using vextrel_fuzz::Letters;
 
 template <typename Number>
 std::string Printed(const char* format, Number number) {
@@ -36,16 +38,6 @@ std::string Printed(const char* format, Number number) {
 std::string Address(const void* address) {
   return Printed("%016" PRIX64,
                  static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(address)));
-}
-
-// Short ones, and such that a line is written in the way of the long ones.
-std::string Letters(FuzzedDataProvider& data) {
-  const std::string piece = data.ConsumeRandomLengthString(24);
-  std::string text;
-  for (auto count = data.ConsumeIntegralInRange(0, 80); count > 0; --count) {
-    text += piece;
-  }
-  return text;
 }
 
 }  // namespace

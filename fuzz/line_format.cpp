@@ -17,6 +17,7 @@
 #include "calllog/rendered_text.h"
 #include "check.h"
 #include "exact_memory.h"
+#include "letters.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ using vextrel::FormatPiece;
 using vextrel::FormatValue;
 using vextrel_fuzz::CheckText;
 using vextrel_fuzz::ExactMemory;
+using vextrel_fuzz::Letters;
 
 struct Known {
   std::string_view text;
@@ -126,36 +128,26 @@ class Values {
     return {reinterpret_cast<const void*>(address), address, {}};
   }
 
-  // Short ones, and such that a line does not fit the formatter's buffer.
-  std::string Letters() {
-    const std::string piece = data_.ConsumeRandomLengthString(24);
-    std::string text;
-    for (auto count = data_.ConsumeIntegralInRange(0, 80); count > 0; --count) {
-      text += piece;
-    }
-    return text;
-  }
-
   const ExactMemory& Keep(std::string_view bytes) {
     return memory_.emplace_back(bytes, data_.ConsumeIntegralInRange<std::size_t>(0, 7));
   }
 
   // Up to its zero byte, and not a byte further.
   Value MakeText() {
-    const std::string letters = Letters().c_str();
+    const std::string letters = Letters(data_).c_str();
     const char* text = Keep({letters.c_str(), letters.size() + 1}).data();
     return {text, Bits(text), letters};
   }
 
   // No zero byte is needed at its end; one inside ends it.
   Value MakeSizedText() {
-    const std::string letters = Letters();
+    const std::string letters = Letters(data_);
     const std::string_view text(Keep(letters).data(), letters.size());
     return {text, Bits(text.data()), letters.c_str()};
   }
 
   Value MakeRenderedText() {
-    const std::string letters = Letters();
+    const std::string letters = Letters(data_);
     const vextrel::RenderedText& text =
         rendered_.emplace_back(std::initializer_list<std::string_view>{letters, letters});
     return {text, Bits(text.c_str()), (letters + letters).c_str()};

@@ -9,12 +9,13 @@
 #include <string>
 #include <vector>
 
+#include "calllog/rendered.h"
 #include "gtest/gtest.h"
 
 namespace vextrel {
 namespace {
 
-constexpr std::size_t kAlignments = 32;  // as many bytes as are read and written at once
+using vextrel_test::kAlignments;
 
 std::string Reference(const std::uint8_t* bytes, std::size_t lines) {
   std::ostringstream text;

@@ -22,6 +22,7 @@ namespace vextrel_test {
   return std::string(visible) + '\0';
 }
 
+// As many bytes as are read and written at once.
 inline constexpr std::size_t kAlignments = 32;
 
 // A copy of a value that lies `offset` bytes behind a 32-byte boundary.

@@ -1,0 +1,23 @@
+// Texts to put into a line.
+#ifndef VEXTREL_FUZZ_LETTERS_H
+#define VEXTREL_FUZZ_LETTERS_H
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <string>
+
+namespace vextrel_fuzz {
+
+// Short ones, and such that a line is written in the way of the long ones.
+inline std::string Letters(FuzzedDataProvider& data) {
+  const std::string piece = data.ConsumeRandomLengthString(24);
+  std::string text;
+  for (auto count = data.ConsumeIntegralInRange(0, 80); count > 0; --count) {
+    text += piece;
+  }
+  return text;
+}
+
+}  // namespace vextrel_fuzz
+
+#endif  // VEXTREL_FUZZ_LETTERS_H
