@@ -1,4 +1,5 @@
-# Downloads the release archive of NAME (LOG4CPP, BENCHMARK) from upstream to FILE, and checks it.
+# SPDX-License-Identifier: MIT
+# Downloads the release archive of NAME (LOG4CPP, GOOGLETEST, BENCHMARK) from upstream to FILE, and checks it.
 #   cmake -D NAME=... -D FILE=... -P DownloadRelease.cmake, or included with both set
 include("${CMAKE_CURRENT_LIST_DIR}/Releases.cmake")
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Google Benchmark, built from its release archive.
 include(FetchContent)
 include("${CMAKE_CURRENT_LIST_DIR}/ReleaseArchive.cmake")
@@ -11,7 +12,7 @@ set(BENCHMARK_ENABLE_TESTING OFF CACHE BOOL "")
 set(BENCHMARK_ENABLE_INSTALL OFF CACHE BOOL "")
 set(BENCHMARK_INSTALL_DOCS OFF CACHE BOOL "")
 set(BENCHMARK_ENABLE_WERROR OFF CACHE BOOL "")
-# Only what uses it is worth its build time.
+# EXCLUDE_FROM_ALL: built only if a target needs it.
 FetchContent_GetProperties(benchmark)
 if(NOT benchmark_POPULATED)
   FetchContent_Populate(benchmark)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # log4cpp 1.1.4, static, built from its release archive.
 include(FetchContent)
 include("${CMAKE_CURRENT_LIST_DIR}/ReleaseArchive.cmake")
@@ -7,7 +8,7 @@ FetchContent_Declare(log4cpp
   URL "${vextrel_log4cpp_archive}"
   URL_HASH SHA256=${VEXTREL_LOG4CPP_SHA256}
   DOWNLOAD_EXTRACT_TIMESTAMP ON
-  # No CMakeLists.txt there: its own is not what we build with.
+  # No such folder, so that log4cpp's own CMakeLists.txt isn't used.
   SOURCE_SUBDIR vextrel-builds-it-itself)
 FetchContent_MakeAvailable(log4cpp)
 
@@ -19,6 +20,7 @@ if(NOT WIN32)
 endif()
 
 add_library(log4cpp STATIC ${vextrel_log4cpp_sources})
+add_library(log4cpp::log4cpp ALIAS log4cpp)
 target_compile_features(log4cpp PRIVATE cxx_std_20)
 set_target_properties(log4cpp PROPERTIES
   CXX_EXTENSIONS OFF
@@ -31,16 +33,15 @@ set_target_properties(log4cpp PROPERTIES
 # src/ holds the header of PropertyConfiguratorImpl.
 target_include_directories(log4cpp SYSTEM PUBLIC
   "${log4cpp_SOURCE_DIR}/include" "${log4cpp_SOURCE_DIR}/src")
+# src/backend refuses any version but the one that it was checked against.
+target_compile_definitions(log4cpp PUBLIC "VEXTREL_LOG4CPP_VERSION=\"${VEXTREL_LOG4CPP_VERSION}\"")
 if(MINGW)
-  # gettimeofday is a good deal cheaper than ftime, which every event would call otherwise.
+  # Otherwise, every event calls ftime, which is much slower than gettimeofday.
   target_compile_definitions(log4cpp PUBLIC WIN32 LOG4CPP_HAVE_INT64_T LOG4CPP_HAVE_IN_ADDR_T
     in_addr_t=unsigned\ long LOG4CPP_HAVE_GETTIMEOFDAY)
   target_link_libraries(log4cpp PUBLIC ws2_32)
-elseif(MSVC)
-  target_compile_definitions(log4cpp PUBLIC WIN32)
-  target_link_libraries(log4cpp PUBLIC ws2_32 advapi32)
 else()
-  # Stands for the header that log4cpp's configure script would make.
+  # Replaces the header that log4cpp's configure script would generate.
   file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/log4cpp-config/log4cpp/config.h" CONTENT
 "#pragma once
 #define LOG4CPP_PACKAGE \"log4cpp\"
@@ -62,10 +63,10 @@ else()
   find_package(Threads REQUIRED)
   target_link_libraries(log4cpp PUBLIC Threads::Threads)
 endif()
-# A target that has it at the front of its precompiled header says so: g++ takes no precompiled header
-# behind another one.
-set(VEXTREL_LOG4CPP_FRONT "${CMAKE_CURRENT_LIST_DIR}/log4cpp_lets_exceptions_pass.h")
-set(vextrel_front_option "SHELL:$<IF:$<CXX_COMPILER_ID:MSVC>,/FI,-include> ${VEXTREL_LOG4CPP_FRONT}")
+# A target whose precompiled header begins with lets_exceptions_pass.h opts out: g++ ignores a precompiled
+# header that follows another include.
+set(VEXTREL_LOG4CPP_FRONT "${CMAKE_CURRENT_LIST_DIR}/../src/backend/lets_exceptions_pass.h")
+set(vextrel_front_option "SHELL:-include ${VEXTREL_LOG4CPP_FRONT}")
 target_compile_options(log4cpp PUBLIC
   "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<NOT:$<BOOL:$<TARGET_PROPERTY:VEXTREL_PRECOMPILES_LOG4CPP_FRONT>>>>:${vextrel_front_option}>")
-target_compile_options(log4cpp PRIVATE $<IF:$<CXX_COMPILER_ID:MSVC>,/w,-w>)
+target_compile_options(log4cpp PRIVATE -w)

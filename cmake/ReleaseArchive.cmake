@@ -1,7 +1,8 @@
+# SPDX-License-Identifier: MIT
 # vextrel_find_release(NAME VARIABLE): the path of NAME's release archive, in VARIABLE.
 #
-# scripts/setup puts the archives into the cache folder; without it, they are downloaded from
-# upstream once and kept there. Whoever unpacks one checks its hash, VEXTREL_<NAME>_SHA256.
+# scripts/setup puts the archives into the cache folder. Those that are missing are downloaded from
+# upstream, and kept there. REQUIRES: the caller checks the hash, VEXTREL_<NAME>_SHA256.
 include("${CMAKE_CURRENT_LIST_DIR}/Releases.cmake")
 
 if(DEFINED ENV{VEXTREL_CACHE})
@@ -9,7 +10,7 @@ if(DEFINED ENV{VEXTREL_CACHE})
 elseif(DEFINED ENV{HOME})
   set(vextrel_cache_default "$ENV{HOME}/.cache/vextrel")
 else()
-  set(vextrel_cache_default "${CMAKE_SOURCE_DIR}/build/cache")
+  set(vextrel_cache_default "${PROJECT_SOURCE_DIR}/build/.cache/vextrel")
 endif()
 set(VEXTREL_CACHE_DIR "${vextrel_cache_default}" CACHE PATH "Where downloaded archives are kept")
 

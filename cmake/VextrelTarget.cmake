@@ -1,4 +1,5 @@
-# What every target of ours is compiled and linked with.
+# SPDX-License-Identifier: MIT
+# The compile and link settings of all our targets.
 function(vextrel_configure_target target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES
@@ -6,19 +7,15 @@ function(vextrel_configure_target target)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON)
-  if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /WX /permissive- /utf-8)
-  else()
-    target_compile_options(${target} PRIVATE
-      -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-  endif()
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<BOOL:${VEXTREL_WERROR}>:-Werror>)
   if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # Unique symbols would keep an unloaded module in memory.
     target_compile_options(${target} PRIVATE -fno-gnu-unique)
   endif()
 endfunction()
 
-# A traced call is cheaper then, and the build is faster. Lines that run are counted file by file.
+# Makes traced calls cheaper and the build faster. Coverage needs separate files.
 option(VEXTREL_AS_ONE_UNIT "Compile the sources of the product, and of each sample, as one unit" ON)
 function(vextrel_compile_as_one_unit target)
   if(VEXTREL_AS_ONE_UNIT AND NOT VEXTREL_COVERAGE)
@@ -26,8 +23,9 @@ function(vextrel_compile_as_one_unit target)
   endif()
 endfunction()
 
-# Has a target count which of its lines run. Not the tests and libraries: only the product's lines
-# are asked about. Its warnings differ from the optimised builds', which are what has to be clean.
+# Counts the lines of a target that run; meant for the product, not for tests and libraries.
+# Warnings aren't errors here: without optimisation they differ, and only the optimised builds must
+# be clean.
 function(vextrel_count_lines target)
   if(VEXTREL_COVERAGE)
     target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic -O0 -Wno-error)
@@ -59,8 +57,8 @@ endfunction()
 function(vextrel_configure_producer target def_file)
   set_target_properties(${target} PROPERTIES
     PREFIX "" SUFFIX ".cti" OUTPUT_NAME ${target}
-    LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}"
-    RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+    LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}"
+    RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
   vextrel_configure_target(${target})
   vextrel_link_static_runtime(${target})
   if(WIN32)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the scripts share: sourced, not run.
 # shellcheck shell=bash
 
@@ -25,7 +26,8 @@ quietly() {
   fi
 }
 
-# build_preset PRESET [TARGET...]: configures if need be, and builds.
+# build_preset PRESET [TARGET...]: configures if need be, and builds. The modules are named by their
+# files, because on Linux 'vextrel' is also the file that the program is built as.
 build_preset() {
   local preset=$1
   shift
@@ -38,9 +40,9 @@ build_preset() {
     cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
-# Wine with a prefix of this checkout's own, made at the first use.
+# Uses a Wine prefix for this checkout, created at first use.
 use_wine() {
-  # Without a character set, Wine cannot see file names with other than ASCII letters.
+  # Without a UTF-8 locale, Wine can't see file names with non-ASCII letters.
   export LC_ALL=C.UTF-8
   export WINEPREFIX=$vextrel_root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
   if [ ! -d "$WINEPREFIX/drive_c" ]; then
@@ -49,8 +51,8 @@ use_wine() {
   fi
 }
 
-# For many short runs: starting Wine's services anew for each would cost more than the runs. The
-# services must not inherit a pipe that somebody reads to its end, so they are started here.
+# For many short runs, which cost less than starting Wine's services each time. Started here, the
+# services don't inherit a pipe, whose reader would wait for them.
 keep_wine_running() {
   trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
   wineserver -p >/dev/null 2>&1 </dev/null || true
