@@ -1,4 +1,6 @@
-// For the few functions whose cost is that of a call for each part of a line.
+// SPDX-License-Identifier: MIT
+// For the few functions that run for each part of a line, where a call would cost more than the
+// work.
 #ifndef VEXTREL_CALLLOG_ALWAYS_INLINE_H
 #define VEXTREL_CALLLOG_ALWAYS_INLINE_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text, without streams, locale or allocation.
 #ifndef VEXTREL_CALLLOG_DIGITS_H
 #define VEXTREL_CALLLOG_DIGITS_H
@@ -16,17 +17,18 @@
 
 namespace vextrel {
 
-// The most that one of the functions below writes.
+// The most characters that a function below writes.
 inline constexpr std::size_t kMaxDigits = 24;
 
-// The most digits that a number of that type has: decimal with a sign, and hexadecimal.
+// The most characters that a number of that type takes: decimal with its sign, and hexadecimal.
 template <std::integral Number>
 inline constexpr std::size_t kMaxDecimal = std::numeric_limits<Number>::digits10 + 1 +
                                            (std::is_signed_v<Number> ? 1 : 0);
 template <std::integral Number>
 inline constexpr std::size_t kMaxHex = sizeof(Number) * 2;
 
-// Each writes the digits of a number to `text`, where they have room, and returns where they end.
+// Each function writes a number to `text` and returns the end of what it wrote. REQUIRES: `text`
+// has room for it.
 
 // Decimal, with a leading '-' for negative values.
 template <std::integral Number>
@@ -34,7 +36,7 @@ char* WriteDecimal(Number value, char* text) noexcept {
   return std::to_chars(text, text + kMaxDecimal<Number>, value).ptr;
 }
 
-// Lower-case hexadecimal without prefix or fill.
+// Lower-case hexadecimal without prefix or padding.
 template <std::unsigned_integral Number>
 char* WriteHex(Number value, char* text) noexcept {
   return std::to_chars(text, text + kMaxHex<Number>, value, 16).ptr;
@@ -63,15 +65,15 @@ inline char* WriteGeneral(double value, char* text) noexcept {
   constexpr std::uint64_t infinity = 0x7FF0000000000000U;
   const auto bits = std::bit_cast<std::uint64_t>(value);
   if ((bits & ~sign) > infinity) {
-    // Not left to the library, which may compare the value: with some, that sets a flag in the
-    // floating-point environment, and that is the consumer's.
+    // Not left to the library: some compare the value, which sets a flag in the consumer's
+    // floating-point environment if it's a signaling NaN.
     const std::string_view name = (bits & sign) != 0 ? "-nan" : "nan";
     return text + name.copy(text, name.size());
   }
   return std::to_chars(text, text + kMaxDigits, value, std::chars_format::general, 6).ptr;
 }
 
-// The digits of one number; `view` is valid as long as the object.
+// The text of one number. view() is valid for the object's lifetime.
 class Digits {
  public:
   [[nodiscard]] std::string_view view() const noexcept { return {text_.data(), size_}; }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/dump_lines.h"
 
 #include <array>
@@ -16,7 +17,7 @@ constexpr std::size_t kVectorSize = 16;
 constexpr std::size_t kVectorsPerLine = 5;
 using VectorBytes = std::array<char, kVectorSize>;
 
-// What is the same in every line: "0x", two gaps for digits, ",".
+// The constant part of each line: "0x", two gaps for digits, ",".
 constexpr std::array<VectorBytes, kVectorsPerLine> kFrame = [] {
   std::array<VectorBytes, kVectorsPerLine> frame{};
   for (std::size_t i = 0; i < kVectorSize * kVectorsPerLine; ++i) {
@@ -25,8 +26,8 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kFrame = [] {
   return frame;
 }();
 
-// For each vector of a line, which digit goes where, counted from the first digit of its source:
-// kFirstDigits. A byte with its high bit set leaves a zero.
+// For each vector of a line, the digit that goes to each place, counted from the first digit of its
+// source (kFirstDigits). The shuffle turns a byte with its high bit set into a zero.
 constexpr std::array<std::size_t, kVectorsPerLine> kFirstDigits = {0, 0, 12, 16, 16};
 constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
   std::array<VectorBytes, kVectorsPerLine> places{};
@@ -40,12 +41,12 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
   return places;
 }();
 
-// Sixteen bytes, twice.
+// Loads sixteen bytes into both halves.
 [[gnu::target("avx2")]] __m256i LoadTwice(const void* bytes) noexcept {
   return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(bytes)));
 }
 
-// Two lines at a time, one in each half of a vector.
+// Writes two lines at once, one from each half of a vector.
 [[gnu::target("avx2")]] void WriteTwoDumpLines(const std::uint8_t* bytes, char* text) noexcept {
   const __m256i digits = LoadTwice("0123456789abcdef");
   const __m256i lowBits = _mm256_set1_epi8(0x0F);
@@ -55,7 +56,7 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
   const __m256i low = _mm256_shuffle_epi8(digits, _mm256_and_si256(input, lowBits));
   const __m256i first = _mm256_unpacklo_epi8(high, low);
   const __m256i last = _mm256_unpackhi_epi8(high, low);
-  // The third vector takes digits 12 to 19, from both.
+  // The third vector's digits, 12 to 19, come from both.
   const __m256i middle = _mm256_alignr_epi8(last, first, 12);
   const __m256i sources[kVectorsPerLine] = {first, first, middle, last, last};
   char* second = text + kDumpLineSize;
@@ -71,7 +72,7 @@ constexpr std::array<VectorBytes, kVectorsPerLine> kPlaces = [] {
   second[kDumpLineSize - 1] = '\n';
 }
 
-// An even number of lines.
+// REQUIRES: `lines` is even.
 [[gnu::target("avx2")]] char* WriteDumpLinesWithVectors(const std::uint8_t* bytes,
                                                         std::size_t lines, char* text) noexcept {
   for (; lines > 0; lines -= 2) {

@@ -1,7 +1,7 @@
+// SPDX-License-Identifier: MIT
 // The full lines of a byte dump, sixteen bytes each.
 //
-// All functions read only what they are told to, and are thread-safe. The two that write lines make
-// the same text.
+// All functions are thread-safe. The two that write lines write the same text.
 #ifndef VEXTREL_CALLLOG_DUMP_LINES_H
 #define VEXTREL_CALLLOG_DUMP_LINES_H
 
@@ -11,11 +11,13 @@
 #include <cstdint>
 #include <string_view>
 
+#include "calllog/always_inline.h"
+
 namespace vextrel {
 
 inline constexpr std::size_t kBytesPerDumpLine = 16;
 inline constexpr std::size_t kDumpItemSize = 5;  // "0x0a,"
-inline constexpr std::size_t kDumpItemRoom = 8;  // what writing one may overwrite
+inline constexpr std::size_t kDumpItemRoom = 8;  // what writing an item may overwrite
 inline constexpr std::size_t kDumpLineSize = kBytesPerDumpLine * kDumpItemSize + 1;
 
 namespace detail {
@@ -35,7 +37,8 @@ inline constexpr std::array<Item, 256> kItems = [] {
 
 // Writes `count` items, each with its comma, and returns where they end. May write up to three
 // characters behind that, where another item belongs: copying eight at once is cheaper.
-inline char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* text) noexcept {
+VEXTREL_ALWAYS_INLINE char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count,
+                                           char* text) noexcept {
   for (std::size_t i = 0; i < count; ++i) {
     std::copy_n(detail::kItems[bytes[i]].data(), kDumpItemRoom, text);
     text += kDumpItemSize;
@@ -44,15 +47,15 @@ inline char* WriteDumpItems(const std::uint8_t* bytes, std::size_t count, char* 
 }
 
 // Writes one item without its comma, and returns where it ends.
-inline char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept {
+VEXTREL_ALWAYS_INLINE char* WriteLastDumpItem(std::uint8_t byte, char* text) noexcept {
   return std::copy_n(detail::kItems[byte].data(), kDumpItemSize - 1, text);
 }
 
 // Writes `lines` lines of sixteen items, each item with its comma and each line with its line feed,
-// and returns where they end. Takes the fastest way that the processor knows.
+// and returns their end. Uses AVX2 where the processor has it.
 char* WriteDumpLines(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept;
 
-// The same in the way that every processor knows.
+// The same without AVX2.
 char* WriteDumpLinesPlainly(const std::uint8_t* bytes, std::size_t lines, char* text) noexcept;
 
 }  // namespace vextrel

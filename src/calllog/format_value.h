@@ -1,4 +1,5 @@
-// Values on their way into a line.
+// SPDX-License-Identifier: MIT
+// A value of a line, in the one form that the formatter takes.
 #ifndef VEXTREL_CALLLOG_FORMAT_VALUE_H
 #define VEXTREL_CALLLOG_FORMAT_VALUE_H
 
@@ -9,14 +10,14 @@
 #include <string_view>
 
 #include "calllog/always_inline.h"
+#include "calllog/byte_dump.h"
 #include "calllog/checked_format.h"
-#include "calllog/port_rendering.h"
 #include "calllog/rendered_text.h"
 
 namespace vextrel {
 
-// Its bits as a number or an address, and what is known of a text. Refers to the value it is made
-// of.
+// The bits of a number or an address, and the size of a text if it's known. Refers to the value
+// that it's made from, which must outlive it.
 class FormatValue {
  public:
   FormatValue(NoValue /*none*/) noexcept {}  // NOLINT(google-explicit-constructor)
@@ -30,7 +31,7 @@ class FormatValue {
         size_(text.size()),
         shape_(Shape::SizedText) {}
   FormatValue(const RenderedText& text) noexcept  // NOLINT(google-explicit-constructor)
-      : FormatValue(text.shown()) {
+      : FormatValue(text.Shown()) {
     shape_ = Shape::PlainText;
   }
   FormatValue(const std::string& text) noexcept  // NOLINT(google-explicit-constructor)
@@ -40,26 +41,29 @@ class FormatValue {
         size_(dump.iSize),
         shape_(Shape::Dump) {}
   template <typename Value>
+  FormatValue(const ValueAt<Value>& output) noexcept  // NOLINT(google-explicit-constructor)
+      : FormatValue(*output.pointer) {}
+  template <typename Value>
   FormatValue(const Misplaced<Value>& misplaced) noexcept  // NOLINT(google-explicit-constructor)
       : FormatValue(misplaced.value) {}
 
-  [[nodiscard]] std::uint64_t bits() const noexcept { return bits_; }
-  [[nodiscard]] bool isNumber() const noexcept { return shape_ == Shape::Number; }
-  [[nodiscard]] bool isDump() const noexcept { return shape_ == Shape::Dump; }
-  [[nodiscard]] ByteDump dump() const noexcept {
+  [[nodiscard]] std::uint64_t Bits() const noexcept { return bits_; }
+  [[nodiscard]] bool IsNumber() const noexcept { return shape_ == Shape::Number; }
+  [[nodiscard]] bool IsDump() const noexcept { return shape_ == Shape::Dump; }
+  [[nodiscard]] ByteDump Dump() const noexcept {
     return {reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bits_)), size_};
   }
-  // How many characters %s shows of a value that is no number.
+  // Returns how many characters %s shows. REQUIRES: !IsNumber().
   [[nodiscard]] VEXTREL_ALWAYS_INLINE std::size_t TextSize() const noexcept {
-    return isPlain() ? size_ : MeasureText(bits_, size_, shape_);
+    return IsPlain() ? size_ : MeasureText(bits_, size_, shape_);
   }
-  // They themselves, if it is no dump either; `size` is TextSize().
-  [[nodiscard]] std::string_view text(std::size_t size) const noexcept {
+  // Returns those characters. REQUIRES: !IsNumber(), !IsDump(), and `size` is TextSize().
+  [[nodiscard]] std::string_view Text(std::size_t size) const noexcept {
     return {TextBegin(), size};
   }
 
  private:
-  // A sized text may be null or hold zero bytes, a plain one is not and does not.
+  // A SizedText may be null or contain zero bytes. A PlainText isn't null, and contains none.
   enum class Shape : std::uint8_t { Address, SizedText, PlainText, Number, Dump };
 
   static constexpr std::string_view kNullText = "(null)";
@@ -67,9 +71,9 @@ class FormatValue {
   [[nodiscard]] static std::size_t MeasureText(std::uint64_t bits, std::size_t size,
                                                Shape shape) noexcept;
 
-  [[nodiscard]] bool isPlain() const noexcept { return shape_ == Shape::PlainText; }
+  [[nodiscard]] bool IsPlain() const noexcept { return shape_ == Shape::PlainText; }
   [[nodiscard]] const char* TextBegin() const noexcept {
-    return bits_ == 0 && !isPlain()
+    return bits_ == 0 && !IsPlain()
                ? kNullText.data()
                : reinterpret_cast<const char*>(static_cast<std::uintptr_t>(bits_));
   }

@@ -1,6 +1,7 @@
-// The sixteen hexadecimal digits of a number: every pointer of every line.
+// SPDX-License-Identifier: MIT
+// A number as sixteen hexadecimal digits, which every pointer in the log is.
 //
-// Both functions are pure but for the text that they write, and make the same text.
+// Both functions write the same sixteen characters to `text`, and are thread-safe.
 #ifndef VEXTREL_CALLLOG_HEX_DIGITS_H
 #define VEXTREL_CALLLOG_HEX_DIGITS_H
 
@@ -16,7 +17,7 @@ namespace vextrel {
 
 inline constexpr std::size_t kHex16Size = 16;
 
-// `ten` is the digit for ten, 'A' or 'a'. Zero-padded.
+// Pads with zeros. `ten` is the digit for ten, 'A' or 'a'.
 inline void WriteHex16Plainly(std::uint64_t value, char ten, char* text) noexcept {
   for (std::size_t i = 0; i < kHex16Size; ++i) {
     const auto digit = static_cast<unsigned>((value >> (60 - 4 * i)) & 0xFU);
@@ -24,10 +25,10 @@ inline void WriteHex16Plainly(std::uint64_t value, char ten, char* text) noexcep
   }
 }
 
-// The same, with what every 64-bit processor of that family has.
+// The same, with SSE2 on x86-64, where every processor has it.
 inline void WriteHex16(std::uint64_t value, char ten, char* text) noexcept {
 #if defined(VEXTREL_HEX_WITH_VECTORS)
-  // The first digit comes of the highest bits: the bytes are taken in the other order.
+  // The first digit is that of the highest bits, so reverse the bytes.
   value = (value >> 32) | (value << 32);
   value = ((value >> 16) & 0x0000FFFF0000FFFFU) | ((value & 0x0000FFFF0000FFFFU) << 16);
   value = ((value >> 8) & 0x00FF00FF00FF00FFU) | ((value & 0x00FF00FF00FF00FFU) << 8);

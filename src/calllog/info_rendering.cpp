@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/info_rendering.h"
 
 #include <cstdint>
@@ -5,14 +6,15 @@
 #include <string_view>
 
 #include "calllog/digits.h"
+#include "calllog/value_tables.h"
 
 namespace vextrel {
 namespace {
 
-// Shown as an unsigned 32-bit number although it has no name.
+// Kept: 24.
 constexpr INFO_DATATYPE kNamelessUint32 = 14;
 
-// A consumer's buffer need not be aligned for what it holds.
+// A consumer's buffer needn't be aligned for its value.
 template <typename Value>
 Value ReadAs(const void* pBuffer) {
   Value value;
@@ -38,11 +40,10 @@ RenderedText RenderQuoted(std::string_view text) {
 
 RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_t /*iSize*/) {
   if (type == INFO_DATATYPE_STRINGLIST) {
-    return RenderedText::Name(
-        "STRINGLIST");  // Never expanded, not even looked at for null, on purpose.
+    return RenderedText::Name("STRINGLIST");  // Kept: 23.
   }
   if (type < INFO_DATATYPE_UNKNOWN || type > kNamelessUint32) {
-    return {"(Unknown INFO_DATATYPE: ", Digits::Decimal(type).view(), ")"};
+    return {names::kInfoDatatype.unknown, Digits::Decimal(type).view(), ")"};
   }
   if (pBuffer == nullptr) {
     return RenderedText::Name("NULL");
@@ -55,10 +56,10 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
     case INFO_DATATYPE_UINT16:
       return RenderNumber<std::uint16_t>(pBuffer);
     case INFO_DATATYPE_INT32:
-    case INFO_DATATYPE_INT64:  // Only the low 32 bits of it, on purpose.
+    case INFO_DATATYPE_INT64:  // Kept: 21.
       return RenderNumber<std::int32_t>(pBuffer);
     case INFO_DATATYPE_UINT32:
-    case INFO_DATATYPE_UINT64:  // Only the low 32 bits of it, on purpose.
+    case INFO_DATATYPE_UINT64:  // Kept: 21.
     case kNamelessUint32:
       return RenderNumber<std::uint32_t>(pBuffer);
     case INFO_DATATYPE_FLOAT64:
@@ -71,8 +72,7 @@ RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer, std::size_
     case INFO_DATATYPE_BUFFER:
       return RenderBufferValue(pBuffer);
     default:
-      // INFO_DATATYPE_UNKNOWN and INFO_DATATYPE_PTR: where the buffer lies, not what it holds, on
-      // purpose.
+      // Kept: 22. INFO_DATATYPE_UNKNOWN and INFO_DATATYPE_PTR.
       return RenderAddress(pBuffer);
   }
 }
@@ -90,7 +90,7 @@ RenderedText RenderPointerSlot(const void* const* slot) {
   }
   const void* stored = *slot;
   if (stored == nullptr) {
-    // No blank here, but one in front of an address, on purpose.
+    // Kept: 26. No blank here.
     return {Digits::Address(static_cast<const void*>(slot)).view(), "(NULL)"};
   }
   return {Digits::Address(static_cast<const void*>(slot)).view(), " (",
@@ -101,7 +101,7 @@ RenderedText RenderBufferValue(const void* pBuffer) {
   if (pBuffer == nullptr) {
     return RenderedText::Name("NULL");
   }
-  // The content stands where an address would be expected, on purpose.
+  // Kept: 25.
   const auto* text = static_cast<const char*>(pBuffer);
   return {"0x", text, "->(", std::string_view(text, 1), ")"};
 }

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 // Info values, addresses and texts as the call log shows them.
 //
-// The renderers read the memory that they are given, as far as the data type says or up to the
-// first zero byte, and never compare that with a size: they trust the producer. They report no
-// error and change nothing. All are thread-safe as far as that memory is not being written.
+// The renderers trust the producer: they read as much memory as the data type says, or up to the
+// first zero byte, whatever its size (Kept: 28). Thread-safe as long as no other thread writes to
+// that memory.
 #ifndef VEXTREL_CALLLOG_INFO_RENDERING_H
 #define VEXTREL_CALLLOG_INFO_RENDERING_H
 
@@ -13,21 +14,21 @@
 
 namespace vextrel {
 
-// The value that an info query returned in `pBuffer`, as its data type says. `iSize`, the buffer's
-// size in bytes, is not looked at.
+// Returns the value that an info query stored in `pBuffer`, shown according to its data type.
+// Ignores `iSize`, the buffer's size in bytes.
 [[nodiscard]] RenderedText RenderInfoValue(INFO_DATATYPE type, const void* pBuffer,
                                            std::size_t iSize);
 
-// The address itself, or "NULL".
+// Returns the address itself, or "NULL".
 [[nodiscard]] RenderedText RenderAddress(const void* address);
 
-// A pointer to a pointer: its address and the pointer stored there, or "NULL".
+// Returns the address of the slot and the pointer stored there, or "NULL" if there's no slot.
 [[nodiscard]] RenderedText RenderPointerSlot(const void* const* slot);
 
-// An info value of the type INFO_DATATYPE_BUFFER.
+// Returns a value of type INFO_DATATYPE_BUFFER.
 [[nodiscard]] RenderedText RenderBufferValue(const void* pBuffer);
 
-// The text itself, not copied, or "NULL" for a null pointer.
+// Returns `text` itself, or "NULL" if it's null.
 [[nodiscard]] const char* TextOrNull(const char* text) noexcept;
 
 }  // namespace vextrel

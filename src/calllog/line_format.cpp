@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/line_format.h"
 
 #include <array>

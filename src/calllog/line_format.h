@@ -1,11 +1,12 @@
-// Formats of log lines, and the one formatter that turns them and their values into text.
+// SPDX-License-Identifier: MIT
+// The formatter that makes a line of the log from a format and its values.
 //
-// The formats are printf's with the meaning that the 64-bit Windows C runtime gives them, on every
-// platform and whatever the tool chain's own printf does:
+// Conversions mean what they mean to printf in the 64-bit Windows C runtime, on every platform and
+// whatever the toolchain's own printf does:
 //   %s             text up to its first zero byte, "(null)" for a null pointer
 //   %p             sixteen upper-case hexadecimal digits without a prefix
 //   %u %lu %d %x   32 bits: longer values show their low 32 bits
-//   %llx           64 bits
+//   %llx %llu      64 bits
 #ifndef VEXTREL_CALLLOG_LINE_FORMAT_H
 #define VEXTREL_CALLLOG_LINE_FORMAT_H
 
@@ -27,11 +28,12 @@
 namespace vextrel {
 namespace detail {
 
-// How many characters a value needs: those of a text, the most that a number may have.
+// Returns how many characters to reserve for a value: exact for a text, an upper bound for a
+// number.
 VEXTREL_ALWAYS_INLINE std::size_t MeasureValue(Conversion conversion, const FormatValue& value) {
   switch (conversion) {
     case Conversion::Text:
-      return value.isNumber() ? kMaxDecimal<std::uint64_t> : value.TextSize();
+      return value.IsNumber() ? kMaxDecimal<std::uint64_t> : value.TextSize();
     case Conversion::Pointer:
       return kHex16Size;
     case Conversion::Unsigned32:
@@ -42,27 +44,29 @@ VEXTREL_ALWAYS_INLINE std::size_t MeasureValue(Conversion conversion, const Form
       return kMaxHex<std::uint32_t>;
     case Conversion::Hex64:
       return kMaxHex<std::uint64_t>;
+    case Conversion::Unsigned64:
+      return kMaxDecimal<std::uint64_t>;
   }
   return kMaxDigits;
 }
 
-// `size` is what MeasureValue says of it.
+// REQUIRES: `size` is MeasureValue(conversion, value).
 template <typename Writer>
 VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
                                        const FormatValue& value, std::size_t size) {
-  const auto low32 = static_cast<std::uint32_t>(value.bits());
+  const auto low32 = static_cast<std::uint32_t>(value.Bits());
   switch (conversion) {
     case Conversion::Text:
-      if (value.isNumber()) {
-        line.AppendDigits([&](char* text) { return WriteDecimal(value.bits(), text); });
-      } else if (value.isDump()) {
-        line.Append(value.dump());
+      if (value.IsNumber()) {
+        line.AppendDigits([&](char* text) { return WriteDecimal(value.Bits(), text); });
+      } else if (value.IsDump()) {
+        line.Append(value.Dump());
       } else {
-        line.Append(value.text(size));
+        line.Append(value.Text(size));
       }
       break;
     case Conversion::Pointer:
-      line.AppendDigits([&](char* text) { return WriteUpperHex16(value.bits(), text); });
+      line.AppendDigits([&](char* text) { return WriteUpperHex16(value.Bits(), text); });
       break;
     case Conversion::Unsigned32:
       line.AppendDigits([&](char* text) { return WriteDecimal(low32, text); });
@@ -75,12 +79,15 @@ VEXTREL_ALWAYS_INLINE void AppendValue(Writer& line, Conversion conversion,
       line.AppendDigits([&](char* text) { return WriteHex(low32, text); });
       break;
     case Conversion::Hex64:
-      line.AppendDigits([&](char* text) { return WriteHex(value.bits(), text); });
+      line.AppendDigits([&](char* text) { return WriteHex(value.Bits(), text); });
+      break;
+    case Conversion::Unsigned64:
+      line.AppendDigits([&](char* text) { return WriteDecimal(value.Bits(), text); });
       break;
   }
 }
 
-// Takes the piece off `format`.
+// Appends the piece and its value, and removes the piece from the front of `format`.
 template <typename Writer>
 VEXTREL_ALWAYS_INLINE void AppendPiece(Writer& line, std::string_view& format,
                                        const FormatPiece& piece, const FormatValue& value,
@@ -90,7 +97,7 @@ VEXTREL_ALWAYS_INLINE void AppendPiece(Writer& line, std::string_view& format,
   format.remove_prefix(std::size_t{piece.literalSize} + piece.conversionSize);
 }
 
-// Calls step(0) to step(count - 1), each with its number as a constant.
+// Calls step(0) to step(count - 1). The arguments are compile-time constants.
 template <std::size_t count, typename Step>
 VEXTREL_ALWAYS_INLINE void Repeat(Step step) {
   [&]<std::size_t... index>(std::index_sequence<index...>) {
@@ -101,7 +108,8 @@ VEXTREL_ALWAYS_INLINE void Repeat(Step step) {
 
 }  // namespace detail
 
-// The line that `text`, divided into `pieces`, makes of `values`: as many values as pieces.
+// Returns the line that the format `text` makes of `values`. REQUIRES: `pieces` are those of
+// `text`, and there are as many values.
 [[nodiscard]] std::string FormatLine(std::string_view text, std::span<const FormatPiece> pieces,
                                      std::span<const FormatValue> values);
 
@@ -109,31 +117,33 @@ template <typename... Values>
 [[nodiscard]] std::string FormatLine(const LineFormat<std::type_identity_t<Values>...>& format,
                                      const Values&... values) {
   const std::array<FormatValue, sizeof...(Values)> all = {FormatValue(values)...};
-  return FormatLine(format.text(), format.pieces(), all);
+  return FormatLine(format.Text(), format.Pieces(), all);
 }
 
-// The same line, in one straight row of copies: for the calls' lines, whose making every call pays
-// for. For what is written seldom the function above is the smaller one.
+// Returns the same line, through code that is laid out for its format: for the lines of calls,
+// because every call pays for its line. For lines that are rarely written, the function above is
+// smaller.
 template <FormatText text, typename... Values>
 [[nodiscard]] VEXTREL_ALWAYS_INLINE std::string FormatLine(KnownFormat<text> /*format*/,
                                                            const Values&... values) {
-  constexpr const LineFormat<Values...>& format = KnownFormat<text>::template of<Values...>;
+  constexpr const LineFormat<Values...>& format =
+      KnownFormat<text>::template kCheckedFor<Values...>;
   constexpr std::size_t count = sizeof...(Values);
   const std::array<FormatValue, count> all = {FormatValue(values)...};
   std::array<std::size_t, count> sizes;  // NOLINT: written before it is read
-  std::size_t size = format.text().size();
+  std::size_t size = format.Text().size();
   detail::Repeat<count>([&](auto index) {
-    size += sizes[index] = detail::MeasureValue(format.pieces()[index].conversion, all[index]);
+    size += sizes[index] = detail::MeasureValue(format.Pieces()[index].conversion, all[index]);
   });
   if (size > ShortLineWriter::kSize) {
-    // From the values once more, so that those here need not be in memory.
+    // Converts the values again, so that the compiler needn't keep `all` in memory.
     return FormatLine<Values...>(format, values...);
   }
   std::string line(size, '\0');
   ShortLineWriter writer(line.data());
-  std::string_view rest = format.text();
+  std::string_view rest = format.Text();
   detail::Repeat<count>([&](auto index) {
-    detail::AppendPiece(writer, rest, format.pieces()[index], all[index], sizes[index]);
+    detail::AppendPiece(writer, rest, format.Pieces()[index], all[index], sizes[index]);
   });
   writer.Append(rest);
   line.resize(static_cast<std::size_t>(writer.end() - line.data()));

@@ -1,6 +1,7 @@
-// Writing the parts of a line one behind the other.
+// SPDX-License-Identifier: MIT
+// Writing a line piece by piece.
 //
-// A writer belongs to one thread. Neither checks its room: whoever makes it has measured the line.
+// Not thread-safe. A writer doesn't check bounds: REQUIRES that the caller has measured the line.
 #ifndef VEXTREL_CALLLOG_LINE_WRITER_H
 #define VEXTREL_CALLLOG_LINE_WRITER_H
 
@@ -12,42 +13,42 @@
 #include <utility>
 
 #include "calllog/always_inline.h"
+#include "calllog/byte_dump.h"
 #include "calllog/digits.h"
-#include "calllog/port_rendering.h"
 
 namespace vextrel {
 
-// Writes a line of at most kSize characters. Small enough to live in registers.
+// Writes a line of at most kSize characters. Its only state is a pointer, which the compiler keeps
+// in a register.
 class ShortLineWriter {
  public:
-  // Beyond that, clearing the room first costs more than growing into it.
+  // Zeroing more room than this up front costs more than growing the string.
   static constexpr std::size_t kSize = 1024;
 
-  // Writes to where `text` points, which has room for the line.
+  // REQUIRES: `text` has room for the line.
   explicit ShortLineWriter(char* text) noexcept : end_(text) {}
 
   VEXTREL_ALWAYS_INLINE void Append(std::string_view text) noexcept {
     std::memcpy(end_, text.data(), text.size());
     end_ += text.size();
   }
-  // What write(char*) writes, at most kMaxDigits characters; it returns where they end.
+  // `write(char*)` writes at most kMaxDigits characters and returns their end.
   template <typename Write>
   VEXTREL_ALWAYS_INLINE void AppendDigits(Write write) noexcept {
     end_ = write(end_);
   }
   VEXTREL_ALWAYS_INLINE void Append(const ByteDump& dump) noexcept { end_ = dump.Write(end_); }
 
-  // Where the line ends.
   [[nodiscard]] char* end() const noexcept { return end_; }
 
  private:
   char* end_;
 };
 
-// Writes a line of any length.
+// Writes a line of any size.
 class LongLineWriter {
  public:
-  // `size` is what the line will have at most.
+  // REQUIRES: `size` is an upper bound of the line's size.
   explicit LongLineWriter(std::size_t size) { text_.reserve(size); }
 
   void Append(std::string_view text) { text_.append(text); }

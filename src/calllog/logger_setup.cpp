@@ -1,14 +1,17 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/logger_setup.h"
 
-#include <PropertyConfiguratorImpl.hh>
 #include <exception>
 #include <log4cpp/BasicLayout.hh>
 #include <log4cpp/Priority.hh>
 #include <memory>
 #include <sstream>
 
+#include "backend/default_appender.h"
+#include "backend/log4cpp_internals.h"
 #include "calllog/line_log.h"
-#include "lifecycle/environment.h"
+#include "calllog/log_text.h"
+#include "environment/environment.h"
 #include "platform/platform.h"
 
 namespace vextrel {
@@ -16,7 +19,7 @@ namespace {
 
 bool loggingConfigured = false;
 
-// References are tested, not substituted: log4cpp gets the text as it stands in the file.
+// Kept: 8. References are checked, not expanded: log4cpp gets the text as it is in the file.
 void CheckReference(const std::string& text) {
   [[maybe_unused]] const std::string expanded = ExpandEnvReference(text, false);
 }
@@ -30,18 +33,18 @@ void ConfigureLogging() {
   try {
     ApplyDefaultLogConfig();
     GetRootLogger().setPriority(log4cpp::Priority::INFO);
-    // A missing variable or file has been reported, and the attempt counts as done.
+    // Kept: 9. A missing variable or file is reported, and counts as configured.
     [[maybe_unused]] const bool loaded = LoadLogConfigFromEnv();
     loggingConfigured = true;
   } catch (const std::exception& failure) {
     ApplyDefaultLogConfig();
-    LogError(GetRootLogger(), "Loading logger configuration failed. error = '%s'", failure.what());
+    ReportError(GetRootLogger(), report::kConfigurationFailed, failure.what());
   }
 }
 
 void ApplyDefaultLogConfig() {
   auto layout = std::make_unique<log4cpp::BasicLayout>();
-  auto appender = platform::MakeDefaultAppender("default");
+  auto appender = backend::MakeDefaultAppender("default");
   appender->setLayout(layout.release());
   log4cpp::Category& root = GetRootLogger();
   root.removeAllAppenders();
@@ -52,8 +55,7 @@ void ApplyDefaultLogConfig() {
 bool LoadLogConfigFromEnv() {
   const std::string path = ReadEnvironmentVariable("GENICAM_GENTL64_VEXTREL_LOG_CONFIG");
   if (path.empty()) {
-    LogError(GetRootLogger(),
-             "Vextrel Environment variable GENICAM_GENTL64_VEXTREL_LOG_CONFIG not found!");
+    ReportError(GetRootLogger(), report::kConfigVariableNotFound);
     return false;
   }
   return LoadLogConfigFile(ExpandEnvReference(path, false));
@@ -63,10 +65,10 @@ bool LoadLogConfigFile(const std::string& path) {
   CheckReference(path);
   std::ifstream file = platform::OpenTextFile(path);
   if (!file.is_open()) {
-    LogError(GetRootLogger(), "Cannot open logger parameter file '%s'", path);
+    ReportError(GetRootLogger(), report::kConfigFileNotOpened, path);
     return false;
   }
-  LogInfo(GetRootLogger(), "Loading logger parameter file '%s'", path);
+  ReportInfo(GetRootLogger(), report::kLoadingConfigFile, path);
   std::string text;
   std::string line;
   while (file.good()) {
@@ -77,7 +79,7 @@ bool LoadLogConfigFile(const std::string& path) {
     text.append(line).append("\n");
   }
   std::istringstream properties(text);
-  log4cpp::PropertyConfiguratorImpl().doConfigure(properties);
+  backend::ApplyProperties(properties);
   return true;
 }
 

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 // Setting up log4cpp, once per process.
 //
-// None of these functions is thread-safe but GetLogger and GetRootLogger: the others run inside
+// GetLogger and GetRootLogger are thread-safe. The other functions aren't: they run inside
 // GCInitLib and at process detach, which the consumer and the loader serialise.
 #ifndef VEXTREL_CALLLOG_LOGGER_SETUP_H
 #define VEXTREL_CALLLOG_LOGGER_SETUP_H
@@ -10,22 +11,24 @@
 
 namespace vextrel {
 
-// Installs the default configuration and then the file that GENICAM_GENTL64_VEXTREL_LOG_CONFIG
-// names. Does nothing once an attempt has ended without an exception; a failed one is logged,
-// leaves the default configuration at ERROR, and is made again by the next call.
+// Applies the default configuration, then the file that GENICAM_GENTL64_VEXTREL_LOG_CONFIG names.
+// Does nothing if an earlier call succeeded; a missing variable or file counts as success (Kept:
+// 9). A failure is logged and leaves the default configuration at ERROR, and the next call tries
+// again.
 void ConfigureLogging();
 
-// One appender to the platform's default channel on the root category, at ERROR.
+// Gives the root category one appender, to the platform's default channel, and the priority ERROR.
 void ApplyDefaultLogConfig();
 
-// True if the variable named a file that could be opened and applied. Raises std::exceptions: an
-// unresolvable reference in the path or a line, or a configuration that log4cpp rejects.
+// Returns true iff the variable names a file that could be opened and applied. Throws a
+// std::exception if a reference in the path or in a line can't be resolved, or if log4cpp rejects
+// the configuration.
 [[nodiscard]] bool LoadLogConfigFromEnv();
 
 // The same for the file at `path`.
 [[nodiscard]] bool LoadLogConfigFile(const std::string& path);
 
-// log4cpp's category of that name; log4cpp owns it and keeps it.
+// Returns log4cpp's category of that name. log4cpp owns it.
 [[nodiscard]] log4cpp::Category& GetLogger(const char* name);
 [[nodiscard]] log4cpp::Category& GetRootLogger();
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/rendered_text.h"
 
 #include <cstring>

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 // The devices.
 #include "calllog/info_rendering.h"
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 #include "exports/forwarding.h"
 #include "gentl/gentl.h"
@@ -11,8 +13,8 @@ GC_ERROR GC_CALLTYPE DevGetPort(DEV_HANDLE hDevice, PORT_HANDLE* phRemoteDevice)
   const GC_ERROR result =
       Forward(proxyState.devTable, &DevFunctionTable::DevGetPort, hDevice, phRemoteDevice);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevGetPort(hDev=0x%p, 0x%p->(pPort=0x%p))"_line, GcErrorName(result),
-            hDevice, phRemoteDevice, *phRemoteDevice);
+    LogCall(CallLogger(), line::kDevGetPort, GcErrorName(result), hDevice, phRemoteDevice,
+            ValueAt(phRemoteDevice));
   });
   return result;
 }
@@ -21,8 +23,8 @@ GC_ERROR GC_CALLTYPE DevGetNumDataStreams(DEV_HANDLE hDevice, uint32_t* piNumDat
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevGetNumDataStreams,
                                   hDevice, piNumDataStreams);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevGetNumDataStreams(hDev=0x%p, 0x%p->(piNumChannel=%u))"_line,
-            GcErrorName(result), hDevice, piNumDataStreams, *piNumDataStreams);
+    LogCall(CallLogger(), line::kDevGetNumDataStreams, GcErrorName(result), hDevice,
+            piNumDataStreams, ValueAt(piNumDataStreams));
   });
   return result;
 }
@@ -32,11 +34,8 @@ GC_ERROR GC_CALLTYPE DevGetDataStreamID(DEV_HANDLE hDevice, uint32_t iIndex, cha
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevGetDataStreamID,
                                   hDevice, iIndex, sDataStreamID, piSize);
   Observe([&] {
-    LogInfo(
-        CallLogger(),
-        "%s=DevGetDataStreamID(hDev=0x%p, iIndex=%u, 0x%p->(pBuffer=%s), 0x%p->(iSize=0x%u))"_line,
-        GcErrorName(result), hDevice, iIndex, sDataStreamID, TextOrNull(sDataStreamID), piSize,
-        *piSize);
+    LogCall(CallLogger(), line::kDevGetDataStreamID, GcErrorName(result), hDevice, iIndex,
+            sDataStreamID, TextOrNull(sDataStreamID), piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -46,14 +45,13 @@ GC_ERROR GC_CALLTYPE DevOpenDataStream(DEV_HANDLE hDevice, const char* sDataStre
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevOpenDataStream,
                                   hDevice, sDataStreamID, phDataStream);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=DevOpenDataStream(hDev=0x%p, 0x%p->(pID=%s), 0x%p->(hDS=0x%p))"_line,
-            GcErrorName(result), hDevice, sDataStreamID, TextOrNull(sDataStreamID), phDataStream,
-            *phDataStream);
+    LogCall(CallLogger(), line::kDevOpenDataStream, GcErrorName(result), hDevice, sDataStreamID,
+            TextOrNull(sDataStreamID), phDataStream, ValueAt(phDataStream));
   });
   OnSuccess(result, [&] {
-    // The device that was passed in is tested, not the stream that came back, on purpose.
+    // Kept: 46.
     if (hDevice == nullptr) {
-      LogError(CallLogger(), "DevOpenDataStream returned a NULL handle to the datastream!");
+      ReportError(CallLogger(), report::kDevOpenDataStreamWithoutDevice);
     } else if (TransportLayerNode* root = OpenedRegistry()) {
       root->AddDataStream(hDevice, *phDataStream);
     }
@@ -69,29 +67,24 @@ GC_ERROR GC_CALLTYPE DevGetInfo(DEV_HANDLE hDevice, DEVICE_INFO_CMD iInfoCmd, IN
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = DeviceInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=DevGetInfo(hDev=0x%p, iID=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hDevice, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kDevGetInfo, GcErrorName(result), hDevice, command, piType, type,
+            pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
 
 GC_ERROR GC_CALLTYPE DevClose(DEV_HANDLE hDevice) {
   const GC_ERROR result = Forward(proxyState.devTable, &DevFunctionTable::DevClose, hDevice);
-  Observe(
-      [&] { LogInfo(CallLogger(), "%s=DevClose(hDev=0x%p)"_line, GcErrorName(result), hDevice); });
+  Observe([&] { LogCall(CallLogger(), line::kDevClose, GcErrorName(result), hDevice); });
   OnSuccess(result, [&] {
     if (hDevice == nullptr) {
-      LogError(CallLogger(), "Illegal Device handle!");
+      ReportError(CallLogger(), report::kDevCloseOfNull);
       return;
     }
-    TransportLayerNode::ReleaseEventsOn(proxyState.registryRoot, hDevice);
+    ReleaseEvents(hDevice);
     TransportLayerNode* root = OpenedRegistry();
     if (root != nullptr && !root->RemoveDevice(hDevice)) {
-      LogError(CallLogger(),
-               "The device with handle 0x%p was not previously opened correctly using DevOpen()!",
-               noValue);
+      ReportError(CallLogger(), report::kDeviceNotOpened, kNoValue);
     }
   });
   return result;

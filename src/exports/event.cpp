@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 // The events.
 #include "calllog/info_rendering.h"
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/port_rendering.h"
 #include "calllog/value_names.h"
 #include "exports/forwarding.h"
@@ -14,13 +16,13 @@ GC_ERROR GC_CALLTYPE GCRegisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEven
                                   hEventSrc, iEventID, phEvent);
   Observe([&] {
     const RenderedText event = EventTypeName(iEventID);
-    LogInfo(CallLogger(), "%s=GCRegisterEvent(hEventSrc=0x%p, iEvent=%s, 0x%p->(hE=0x%p))"_line,
-            GcErrorName(result), hEventSrc, event, phEvent, *phEvent);
+    LogCall(CallLogger(), line::kGCRegisterEvent, GcErrorName(result), hEventSrc, event, phEvent,
+            ValueAt(phEvent));
   });
   OnSuccess(result, [&] {
     if (phEvent == nullptr) {
-      // "interface" whatever the event source is, on purpose.
-      LogError(CallLogger(), "GCRegisterEvent returned a NULL handle to the interface!");
+      // Kept: 48.
+      ReportError(CallLogger(), report::kGCRegisterEventWithoutHandle);
     } else if (TransportLayerNode* root = OpenedRegistry()) {
       root->AddEvent(hEventSrc, iEventID, *phEvent);
     }
@@ -33,8 +35,7 @@ GC_ERROR GC_CALLTYPE GCUnregisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEv
       Forward(proxyState.eventTable, &EventFunctionTable::GCUnregisterEvent, hEventSrc, iEventID);
   Observe([&] {
     const RenderedText event = EventTypeName(iEventID);
-    LogInfo(CallLogger(), "%s=GCUnregisterEvent(hEventSrc=0x%p, iEvent=%s)"_line,
-            GcErrorName(result), hEventSrc, event);
+    LogCall(CallLogger(), line::kGCUnregisterEvent, GcErrorName(result), hEventSrc, event);
   });
   OnSuccess(result, [&] {
     if (hEventSrc == nullptr) {
@@ -43,10 +44,7 @@ GC_ERROR GC_CALLTYPE GCUnregisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEv
     }
     TransportLayerNode* root = OpenedRegistry();
     if (root != nullptr && !root->RemoveEvent(hEventSrc, iEventID)) {
-      LogError(CallLogger(),
-               "The event %d on handle 0x%p was not previously registered correctly using "
-               "GCRegisterEvent()!",
-               iEventID, noValue);
+      ReportError(CallLogger(), report::kEventNotRegistered, iEventID, kNoValue);
     }
   });
   return result;
@@ -58,9 +56,8 @@ GC_ERROR GC_CALLTYPE EventGetData(EVENT_HANDLE hEvent, void* pBuffer, size_t* pi
                                   pBuffer, piSize, iTimeout);
   Observe([&] {
     const ByteDump dump{pBuffer, *piSize};
-    LogInfo(CallLogger(),
-            "%s=EventGetData(hEvent=0x%p, 0x%p->(Buffer=%s), 0x%p->(iSize=%u), iTimeout=%lu)"_line,
-            GcErrorName(result), hEvent, pBuffer, dump, piSize, *piSize, iTimeout);
+    LogCall(CallLogger(), line::kEventGetData, GcErrorName(result), hEvent, pBuffer, dump, piSize,
+            ValueAt(piSize), iTimeout);
   });
   OnSuccess(result, [&] {
     if (TransportLayerNode* root = OpenedRegistry()) {
@@ -80,13 +77,10 @@ GC_ERROR GC_CALLTYPE EventGetDataInfo(EVENT_HANDLE hEvent, const void* pInBuffer
     const RenderedText value = RenderInfoValue(*piType, pOutBuffer, *piOutSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = EventDataInfoCmdName(iInfoCmd);
-    // iInSize is left out on purpose: from there on each conversion shows the next value.
-    LogInfo(CallLogger(),
-            "%s=EventGetDataInfo(hEvent=0x%p, pInBuffer=0x%p, iEventBufferSize=%u, iID=%s, "
-            "0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hEvent, pInBuffer, Misplaced(command), Misplaced(piType),
-            Misplaced(type), Misplaced(pOutBuffer), Misplaced(value), Misplaced(piOutSize),
-            Misplaced(*piOutSize), noValue);
+    // Kept: 36. iInSize is left out.
+    LogCall(CallLogger(), line::kEventGetDataInfo, GcErrorName(result), hEvent, pInBuffer,
+            Misplaced(command), Misplaced(piType), Misplaced(type), Misplaced(pOutBuffer),
+            Misplaced(value), Misplaced(piOutSize), Misplaced(ValueAt(piOutSize)), kNoValue);
   });
   return result;
 }
@@ -99,26 +93,20 @@ GC_ERROR GC_CALLTYPE EventGetInfo(EVENT_HANDLE hEvent, EVENT_INFO_CMD iInfoCmd,
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = EventInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=EventGetInfo(hEvent=0x%p, iID=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hEvent, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kEventGetInfo, GcErrorName(result), hEvent, command, piType, type,
+            pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
 
 GC_ERROR GC_CALLTYPE EventFlush(EVENT_HANDLE hEvent) {
   const GC_ERROR result = Forward(proxyState.eventTable, &EventFunctionTable::EventFlush, hEvent);
-  Observe([&] {
-    LogInfo(CallLogger(), "%s=EventFlush(hEvent=0x%p)"_line, GcErrorName(result), hEvent);
-  });
+  Observe([&] { LogCall(CallLogger(), line::kEventFlush, GcErrorName(result), hEvent); });
   return result;
 }
 
 GC_ERROR GC_CALLTYPE EventKill(EVENT_HANDLE hEvent) {
   const GC_ERROR result = Forward(proxyState.eventTable, &EventFunctionTable::EventKill, hEvent);
-  Observe([&] {
-    LogInfo(CallLogger(), "%s=EventKill(hEvent=0x%p)"_line, GcErrorName(result), hEvent);
-  });
+  Observe([&] { LogCall(CallLogger(), line::kEventKill, GcErrorName(result), hEvent); });
   return result;
 }

@@ -1,18 +1,24 @@
+// SPDX-License-Identifier: MIT
 #include "exports/forwarding.h"
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 
 namespace vextrel {
 
 TransportLayerNode* OpenedRegistry() {
   if (proxyState.registryRoot == nullptr) {
-    LogError(CallLogger(), "The Transport Layer has not been successfully opened!");
+    ReportError(CallLogger(), report::kTransportLayerNotOpened);
   }
   return proxyState.registryRoot;
 }
 
+void ReleaseEvents(EVENTSRC_HANDLE source) noexcept {
+  Observe([&] { TransportLayerNode::ReleaseEventsOn(proxyState.registryRoot, source); });
+}
+
 void ReportIllegalInterface() {
-  LogError(CallLogger(), "Illegal Interface handle!");
+  ReportError(CallLogger(), report::kIllegalInterface);
 }
 
 }  // namespace vextrel

@@ -1,9 +1,11 @@
-// The pattern that every exported function follows, in this order: forward the call, render its
-// values, log one line, take the registry's step, return the target's result.
+// SPDX-License-Identifier: MIT
+// The pattern that every forwarder follows, in this order: forward the call, render its values, log
+// one line, update the registry, return the target's result.
 //
-// May run on any number of consumer threads at the same time; takes no lock. Output pointers are
-// read unguarded after the call, null or not, unless a function says otherwise: that is the
-// contract of the log.
+// Thread-safe without a lock, except that the registry isn't (transport_layer_node.h). Kept: 43.
+// After the call, whatever its result, what has to be rendered is read through the consumer's
+// pointers, and an output that only the line shows is read if the line is written. A forwarder
+// tests a pointer for null only where it says so.
 #ifndef VEXTREL_EXPORTS_FORWARDING_H
 #define VEXTREL_EXPORTS_FORWARDING_H
 
@@ -16,8 +18,8 @@
 
 namespace vextrel {
 
-// The target's result, or GC_ERR_NOT_IMPLEMENTED if it has no such function or there is no target.
-// What the target throws goes through to the consumer.
+// Calls the target's function and returns its result, or GC_ERR_NOT_IMPLEMENTED if there's no
+// target or it lacks the function. The target's exceptions reach the consumer.
 template <typename Table, typename Function, typename... Arguments>
 [[nodiscard]] GC_ERROR Forward(const Table* table, Function Table::*slot, Arguments... arguments) {
   if (table == nullptr || table->*slot == nullptr) {
@@ -26,7 +28,7 @@ template <typename Table, typename Function, typename... Arguments>
   return (table->*slot)(arguments...);
 }
 
-// Runs a registry step, if the forwarded call succeeded.
+// Runs the registry step `step` iff the forwarded call succeeded.
 template <typename Step>
 void OnSuccess(GC_ERROR result, Step&& step) noexcept {
   if (result == GC_ERR_SUCCESS) {
@@ -34,10 +36,14 @@ void OnSuccess(GC_ERROR result, Step&& step) noexcept {
   }
 }
 
-// The registry's root; null, with a line, while no transport layer is open.
+// Returns the registry's root. Reports and returns null if no transport layer is open.
 [[nodiscard]] TransportLayerNode* OpenedRegistry();
 
-// The line for a null handle, which closing an interface and unregistering an event share.
+// Reports and forgets the events left on `source`, if there's a root. Swallows exceptions, because
+// the caller must remove the record of `source` in any case.
+void ReleaseEvents(EVENTSRC_HANDLE source) noexcept;
+
+// Reports a null handle that IFClose or GCUnregisterEvent got.
 void ReportIllegalInterface();
 
 }  // namespace vextrel

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 // The library's own information, and the ports.
 #include "calllog/info_rendering.h"
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/port_rendering.h"
 #include "calllog/value_names.h"
 #include "exports/forwarding.h"
@@ -16,9 +18,8 @@ GC_ERROR GC_CALLTYPE GCGetInfo(TL_INFO_CMD iInfoCmd, INFO_DATATYPE* piType, void
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = TlInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=GCGetInfo(iInfoCmd=%s, 0x%p->(iType=%s), Buffer=%s, 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), command, piType, type, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kGCGetInfo, GcErrorName(result), command, piType, type, value,
+            piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -28,11 +29,9 @@ GC_ERROR GC_CALLTYPE GCGetLastError(GC_ERROR* piErrorCode, char* sErrText, size_
                                   piErrorCode, sErrText, piSize);
   Observe([&] {
     const RenderedText code = GcErrorName(*piErrorCode);
-    // piErrorCode is left out on purpose: from the second conversion on each shows the next value.
-    LogInfo(CallLogger(),
-            "%s=GCGetLastError(0x%p->(ErrorCode=%s), 0x%p->(pErrorText=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), Misplaced(code), sErrText, TextOrNull(sErrText), Misplaced(piSize),
-            Misplaced(*piSize), noValue);
+    // Kept: 31. piErrorCode is left out.
+    LogCall(CallLogger(), line::kGCGetLastError, GcErrorName(result), Misplaced(code), sErrText,
+            TextOrNull(sErrText), Misplaced(piSize), Misplaced(ValueAt(piSize)), kNoValue);
   });
   return result;
 }
@@ -43,11 +42,9 @@ GC_ERROR GC_CALLTYPE GCReadPort(PORT_HANDLE hPort, uint64_t iAddress, void* pBuf
                                   iAddress, pBuffer, piSize);
   Observe([&] {
     const ByteDump dump{pBuffer, *piSize};
-    // The data twice, on purpose: as text up to the first zero byte, and dumped.
-    LogInfo(
-        CallLogger(),
-        "%s=GCReadPort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s,%s), 0x%p->(iSize=%lu)"_line,
-        GcErrorName(result), hPort, iAddress, pBuffer, Misplaced(pBuffer), dump, piSize, *piSize);
+    // Kept: 32. Shows the data twice.
+    LogCall(CallLogger(), line::kGCReadPort, GcErrorName(result), hPort, iAddress, pBuffer,
+            Misplaced(pBuffer), dump, piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -58,9 +55,8 @@ GC_ERROR GC_CALLTYPE GCWritePort(PORT_HANDLE hPort, uint64_t iAddress, const voi
                                   iAddress, pBuffer, piSize);
   Observe([&] {
     const ByteDump dump{pBuffer, *piSize};
-    LogInfo(CallLogger(),
-            "%s=GCWritePort(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)"_line,
-            GcErrorName(result), hPort, iAddress, pBuffer, dump, piSize, *piSize);
+    LogCall(CallLogger(), line::kGCWritePort, GcErrorName(result), hPort, iAddress, pBuffer, dump,
+            piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -69,8 +65,8 @@ GC_ERROR GC_CALLTYPE GCGetPortURL(PORT_HANDLE hPort, char* sURL, size_t* piSize)
   const GC_ERROR result =
       Forward(proxyState.portTable, &PortFunctionTable::GCGetPortURL, hPort, sURL, piSize);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=GCGetPortURL(hPort=0x%p, 0x%p->(URL=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hPort, sURL, TextOrNull(sURL), piSize, *piSize);
+    LogCall(CallLogger(), line::kGCGetPortURL, GcErrorName(result), hPort, sURL, TextOrNull(sURL),
+            piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -79,8 +75,8 @@ GC_ERROR GC_CALLTYPE GCGetNumPortURLs(PORT_HANDLE hPort, uint32_t* piNumURLs) {
   const GC_ERROR result =
       Forward(proxyState.portTable, &PortFunctionTable::GCGetNumPortURLs, hPort, piNumURLs);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=GCGetNumPortURLs(hPort=0x%p, 0x%p->(iNumURLs=%u))"_line,
-            GcErrorName(result), hPort, piNumURLs, *piNumURLs);
+    LogCall(CallLogger(), line::kGCGetNumPortURLs, GcErrorName(result), hPort, piNumURLs,
+            ValueAt(piNumURLs));
   });
   return result;
 }
@@ -93,10 +89,8 @@ GC_ERROR GC_CALLTYPE GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, IN
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = PortInfoCmdName(iInfoCmd);
-    LogInfo(
-        CallLogger(),
-        "%s=GCGetPortInfo(hPort=0x%p, iCmd=%s, 0x%p->(iType=%s) 0x%p->(Buffer=%s), 0x%p->(%u))"_line,
-        GcErrorName(result), hPort, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kGCGetPortInfo, GcErrorName(result), hPort, command, piType, type,
+            pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -109,28 +103,22 @@ GC_ERROR GC_CALLTYPE GCGetPortURLInfo(PORT_HANDLE hPort, uint32_t iURLIndex, URL
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = UrlInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=GCGetPortURLInfo(hPort=0x%p, iURLIndex=%u, iCmd=%s, 0x%p->(iType=%s) "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hPort, iURLIndex, command, piType, type, pBuffer, value, piSize,
-            *piSize);
+    LogCall(CallLogger(), line::kGCGetPortURLInfo, GcErrorName(result), hPort, iURLIndex, command,
+            piType, type, pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
 
-// The formats of the two stacked accesses are made for a single address, and the lists are shorter,
-// on purpose: the entries show only as the address of their text, their count as the buffer.
+// Kept: 33, 34. The lines of stacked accesses show the address of the entries' text.
 GC_ERROR GC_CALLTYPE GCReadPortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntries,
                                        size_t* piNumEntries) {
   const GC_ERROR result = Forward(proxyState.portTable, &PortFunctionTable::GCReadPortStacked,
                                   hPort, pEntries, piNumEntries);
   Observe([&] {
-    const std::string entries = RenderPortData(pEntries, *piNumEntries);
-    LogInfo(
-        CallLogger(),
-        "%s=GCReadPortStacked(hPort=0x%p, iAddress=0x%llx, 0x%p->(Buffer=%s), 0x%p->(iSize=%u)"_line,
-        GcErrorName(result), hPort, Misplaced(entries), piNumEntries, Misplaced(*piNumEntries),
-        noValue, noValue);
+    RoomForPortData room;  // NOLINT: clearing it would cost every call
+    const RenderedText entries = RenderPortData(pEntries, *piNumEntries, room);
+    LogCall(CallLogger(), line::kGCReadPortStacked, GcErrorName(result), hPort, Misplaced(entries),
+            piNumEntries, Misplaced(ValueAt(piNumEntries)), kNoValue, kNoValue);
   });
   return result;
 }
@@ -140,12 +128,10 @@ GC_ERROR GC_CALLTYPE GCWritePortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_E
   const GC_ERROR result = Forward(proxyState.portTable, &PortFunctionTable::GCWritePortStacked,
                                   hPort, pEntries, piNumEntries);
   Observe([&] {
-    const std::string entries = RenderPortData(pEntries, *piNumEntries);
-    LogInfo(CallLogger(),
-            "%s=GCWritePortStacked(hPort=0x%p, iAddress=0x%llx, 0x%p->(Entries=%s), "
-            "0x%p->(iNumEntries=%u)"_line,
-            GcErrorName(result), hPort, Misplaced(entries), piNumEntries, Misplaced(*piNumEntries),
-            noValue, noValue);
+    RoomForPortData room;  // NOLINT: clearing it would cost every call
+    const RenderedText entries = RenderPortData(pEntries, *piNumEntries, room);
+    LogCall(CallLogger(), line::kGCWritePortStacked, GcErrorName(result), hPort, Misplaced(entries),
+            piNumEntries, Misplaced(ValueAt(piNumEntries)), kNoValue, kNoValue);
   });
   return result;
 }

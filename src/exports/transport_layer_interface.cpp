@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 // The transport layer and its interfaces.
 #include <new>
 
 #include "calllog/info_rendering.h"
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 #include "exports/forwarding.h"
 #include "gentl/gentl.h"
@@ -11,11 +13,9 @@ using namespace vextrel;  // NOLINT(google-build-using-namespace): these are C f
 
 GC_ERROR GC_CALLTYPE TLOpen(TL_HANDLE* phTL) {
   const GC_ERROR result = Forward(proxyState.tlTable, &TLFunctionTable::TLOpen, phTL);
-  Observe([&] {
-    LogInfo(CallLogger(), "%s=TLOpen(0x%p->(pHandle=0x%p))"_line, GcErrorName(result), phTL, *phTL);
-  });
+  Observe([&] { LogCall(CallLogger(), line::kTLOpen, GcErrorName(result), phTL, ValueAt(phTL)); });
   OnSuccess(result, [&] {
-    // A root that is already there is forgotten without a word, on purpose.
+    // Kept: 50. A root that is already there is forgotten.
     proxyState.registryRoot = new (std::nothrow) TransportLayerNode(*phTL, &CallLogger());
   });
   return result;
@@ -23,10 +23,10 @@ GC_ERROR GC_CALLTYPE TLOpen(TL_HANDLE* phTL) {
 
 GC_ERROR GC_CALLTYPE TLClose(TL_HANDLE hTL) {
   const GC_ERROR result = Forward(proxyState.tlTable, &TLFunctionTable::TLClose, hTL);
-  Observe([&] { LogInfo(CallLogger(), "%s=TLClose(hTL=0x%p)"_line, GcErrorName(result), hTL); });
+  Observe([&] { LogCall(CallLogger(), line::kTLClose, GcErrorName(result), hTL); });
   OnSuccess(result, [&] {
-    TransportLayerNode::ReleaseEventsOn(proxyState.registryRoot, hTL);
-    // Whatever hTL is: any TLClose ends the registry.
+    ReleaseEvents(hTL);
+    // Kept: 51. Whatever hTL is.
     if (proxyState.registryRoot != nullptr) {
       TearDownRegistry();
     }
@@ -42,10 +42,8 @@ GC_ERROR GC_CALLTYPE TLGetInfo(TL_HANDLE hTL, TL_INFO_CMD iInfoCmd, INFO_DATATYP
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = TlInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=TLGetInfo(hTL=%p, iInfoCmd=%s, 0x%p->(iType=%s), 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hTL, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kTLGetInfo, GcErrorName(result), hTL, command, piType, type,
+            pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -54,8 +52,8 @@ GC_ERROR GC_CALLTYPE TLGetNumInterfaces(TL_HANDLE hTL, uint32_t* piNumIfaces) {
   const GC_ERROR result =
       Forward(proxyState.tlTable, &TLFunctionTable::TLGetNumInterfaces, hTL, piNumIfaces);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=TLGetNumInterfaces(hTL=0x%p, 0x%p->(iNumInterfaces=0x%u))"_line,
-            GcErrorName(result), hTL, piNumIfaces, *piNumIfaces);
+    LogCall(CallLogger(), line::kTLGetNumInterfaces, GcErrorName(result), hTL, piNumIfaces,
+            ValueAt(piNumIfaces));
   });
   return result;
 }
@@ -64,9 +62,8 @@ GC_ERROR GC_CALLTYPE TLGetInterfaceID(TL_HANDLE hTL, uint32_t iIndex, char* sID,
   const GC_ERROR result =
       Forward(proxyState.tlTable, &TLFunctionTable::TLGetInterfaceID, hTL, iIndex, sID, piSize);
   Observe([&] {
-    LogInfo(CallLogger(),
-            "%s=TLGetInterfaceID(hTL=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hTL, iIndex, sID, TextOrNull(sID), piSize, *piSize);
+    LogCall(CallLogger(), line::kTLGetInterfaceID, GcErrorName(result), hTL, iIndex, sID,
+            TextOrNull(sID), piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -80,12 +77,10 @@ GC_ERROR GC_CALLTYPE TLGetInterfaceInfo(TL_HANDLE hTL, const char* sIfaceID,
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = InterfaceInfoCmdName(iInfoCmd);
-    // pBuffer is left out on purpose: from there on each conversion shows the next value.
-    LogInfo(CallLogger(),
-            "%s=TLGetInterfaceInfo(hTL=0x%p, 0x%p->(sInterfaceName=%s), iCmd=%s, 0x%p->(iType=%s), "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hTL, sIfaceID, TextOrNull(sIfaceID), command, piType, type,
-            Misplaced(value), Misplaced(piSize), Misplaced(*piSize), noValue);
+    // Kept: 35. pBuffer is left out.
+    LogCall(CallLogger(), line::kTLGetInterfaceInfo, GcErrorName(result), hTL, sIfaceID,
+            TextOrNull(sIfaceID), command, piType, type, Misplaced(value), Misplaced(piSize),
+            Misplaced(ValueAt(piSize)), kNoValue);
   });
   return result;
 }
@@ -94,13 +89,12 @@ GC_ERROR GC_CALLTYPE TLOpenInterface(TL_HANDLE hTL, const char* sIfaceID, IF_HAN
   const GC_ERROR result =
       Forward(proxyState.tlTable, &TLFunctionTable::TLOpenInterface, hTL, sIfaceID, phIface);
   Observe([&] {
-    LogInfo(CallLogger(),
-            "%s=TLOpenInterface(hTL=0x%p, 0x%p->(sInterfaceName=%s), 0x%p->(hInterface=%p))"_line,
-            GcErrorName(result), hTL, sIfaceID, TextOrNull(sIfaceID), phIface, *phIface);
+    LogCall(CallLogger(), line::kTLOpenInterface, GcErrorName(result), hTL, sIfaceID,
+            TextOrNull(sIfaceID), phIface, ValueAt(phIface));
   });
   OnSuccess(result, [&] {
     if (phIface == nullptr) {
-      LogError(CallLogger(), "TLOpenInterface returned a NULL handle to the interface!");
+      ReportError(CallLogger(), report::kTLOpenInterfaceWithoutHandle);
     } else if (TransportLayerNode* root = OpenedRegistry()) {
       root->AddInterface(*phIface);
     }
@@ -113,12 +107,11 @@ GC_ERROR GC_CALLTYPE TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, ui
                                   pbChanged, iTimeout);
   Observe([&] {
     if (pbChanged != nullptr) {
-      LogInfo(CallLogger(),
-              "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)"_line,
-              GcErrorName(result), hTL, pbChanged, *pbChanged, iTimeout);
+      LogCall(CallLogger(), line::kTLUpdateInterfaceList, GcErrorName(result), hTL, pbChanged,
+              ValueAt(pbChanged), iTimeout);
     } else {
-      LogInfo(CallLogger(), "%s=TLUpdateInterfaceList(hTL=0x%p, 0x%p, iTimeout=%lu)"_line,
-              GcErrorName(result), hTL, pbChanged, iTimeout);
+      LogCall(CallLogger(), line::kTLUpdateInterfaceListWithoutOutput, GcErrorName(result), hTL,
+              pbChanged, iTimeout);
     }
   });
   return result;
@@ -126,21 +119,16 @@ GC_ERROR GC_CALLTYPE TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, ui
 
 GC_ERROR GC_CALLTYPE IFClose(IF_HANDLE hIface) {
   const GC_ERROR result = Forward(proxyState.ifTable, &IFFunctionTable::IFClose, hIface);
-  Observe([&] {
-    LogInfo(CallLogger(), "%s=IFClose(hInterface=0x%p)"_line, GcErrorName(result), hIface);
-  });
+  Observe([&] { LogCall(CallLogger(), line::kIFClose, GcErrorName(result), hIface); });
   OnSuccess(result, [&] {
     if (hIface == nullptr) {
       ReportIllegalInterface();
       return;
     }
-    TransportLayerNode::ReleaseEventsOn(proxyState.registryRoot, hIface);
+    ReleaseEvents(hIface);
     TransportLayerNode* root = OpenedRegistry();
     if (root != nullptr && !root->RemoveInterface(hIface)) {
-      LogError(CallLogger(),
-               "The interface with handle 0x%p was not previously opened correctly using "
-               "TLOpenInterface()!",
-               noValue);
+      ReportError(CallLogger(), report::kInterfaceNotOpened, kNoValue);
     }
   });
   return result;
@@ -154,10 +142,8 @@ GC_ERROR GC_CALLTYPE IFGetInfo(IF_HANDLE hIface, INTERFACE_INFO_CMD iInfoCmd, IN
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = InterfaceInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=IFGetInfo(hInterface=0x%p, iID=%s, 0x%p->(iType=%s), 0x%p->(Buffer=%s), "
-            "0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hIface, command, piType, type, pBuffer, value, piSize, *piSize);
+    LogCall(CallLogger(), line::kIFGetInfo, GcErrorName(result), hIface, command, piType, type,
+            pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -166,8 +152,8 @@ GC_ERROR GC_CALLTYPE IFGetNumDevices(IF_HANDLE hIface, uint32_t* piNumDevices) {
   const GC_ERROR result =
       Forward(proxyState.ifTable, &IFFunctionTable::IFGetNumDevices, hIface, piNumDevices);
   Observe([&] {
-    LogInfo(CallLogger(), "%s=IFGetNumDevices(hInterface=0x%p, 0x%p->(iNumDevices=0x%u))"_line,
-            GcErrorName(result), hIface, piNumDevices, *piNumDevices);
+    LogCall(CallLogger(), line::kIFGetNumDevices, GcErrorName(result), hIface, piNumDevices,
+            ValueAt(piNumDevices));
   });
   return result;
 }
@@ -177,10 +163,8 @@ GC_ERROR GC_CALLTYPE IFGetDeviceID(IF_HANDLE hIface, uint32_t iIndex, char* sIDe
   const GC_ERROR result = Forward(proxyState.ifTable, &IFFunctionTable::IFGetDeviceID, hIface,
                                   iIndex, sIDeviceID, piSize);
   Observe([&] {
-    LogInfo(
-        CallLogger(),
-        "%s=IFGetDeviceID(hInterface=0x%p, iIndex=%u, 0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-        GcErrorName(result), hIface, iIndex, sIDeviceID, TextOrNull(sIDeviceID), piSize, *piSize);
+    LogCall(CallLogger(), line::kIFGetDeviceID, GcErrorName(result), hIface, iIndex, sIDeviceID,
+            TextOrNull(sIDeviceID), piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -190,12 +174,11 @@ GC_ERROR GC_CALLTYPE IFUpdateDeviceList(IF_HANDLE hIface, bool8_t* pbChanged, ui
                                   pbChanged, iTimeout);
   Observe([&] {
     if (pbChanged != nullptr) {
-      LogInfo(CallLogger(),
-              "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p->(bHasChanged=%d), iTimeout=%lu)"_line,
-              GcErrorName(result), hIface, pbChanged, *pbChanged, iTimeout);
+      LogCall(CallLogger(), line::kIFUpdateDeviceList, GcErrorName(result), hIface, pbChanged,
+              ValueAt(pbChanged), iTimeout);
     } else {
-      LogInfo(CallLogger(), "%s=IFUpdateDeviceList(hInterface=0x%p, 0x%p, iTimeout=%lu)"_line,
-              GcErrorName(result), hIface, pbChanged, iTimeout);
+      LogCall(CallLogger(), line::kIFUpdateDeviceListWithoutOutput, GcErrorName(result), hIface,
+              pbChanged, iTimeout);
     }
   });
   return result;
@@ -210,11 +193,8 @@ GC_ERROR GC_CALLTYPE IFGetDeviceInfo(IF_HANDLE hIface, const char* sDeviceID,
     const RenderedText value = RenderInfoValue(*piType, pBuffer, *piSize);
     const RenderedText type = InfoDatatypeName(*piType);
     const RenderedText command = DeviceInfoCmdName(iInfoCmd);
-    LogInfo(CallLogger(),
-            "%s=IFGetDeviceInfo(hInterface=0x%p, psDeviceName=%s, iID=%s, 0x%p->(iType=%s), "
-            "0x%p->(Buffer=%s), 0x%p->(iSize=%u))"_line,
-            GcErrorName(result), hIface, TextOrNull(sDeviceID), command, piType, type, pBuffer,
-            value, piSize, *piSize);
+    LogCall(CallLogger(), line::kIFGetDeviceInfo, GcErrorName(result), hIface,
+            TextOrNull(sDeviceID), command, piType, type, pBuffer, value, piSize, ValueAt(piSize));
   });
   return result;
 }
@@ -226,21 +206,17 @@ GC_ERROR GC_CALLTYPE IFOpenDevice(IF_HANDLE hIface, const char* sDeviceID,
   Observe([&] {
     const RenderedText flags = DeviceAccessFlagsName(iOpenFlags);
     if (phDevice != nullptr) {
-      // %x shows the low half of the handle only, on purpose.
-      LogInfo(CallLogger(),
-              "%s=IFOpenDevice(hInterface=0x%p, 0x%p->(sDevName=%s), iOpenFlags=%s, "
-              "0x%p->(hDev=0x%x))"_line,
-              GcErrorName(result), hIface, sDeviceID, TextOrNull(sDeviceID), flags, phDevice,
-              Misplaced(*phDevice));
+      LogCall(CallLogger(), line::kIFOpenDevice, GcErrorName(result), hIface, sDeviceID,
+              TextOrNull(sDeviceID), flags, phDevice,
+              Misplaced(ValueAt(phDevice)));  // Kept: 37.
     } else {
-      LogInfo(CallLogger(),
-              "%s=IFOpenDevice(hInterface=0x%p, 0x%p->(sDevName=%s), iOpenFlags=%s, 0x%p)"_line,
-              GcErrorName(result), hIface, sDeviceID, TextOrNull(sDeviceID), flags, phDevice);
+      LogCall(CallLogger(), line::kIFOpenDeviceWithoutOutput, GcErrorName(result), hIface,
+              sDeviceID, TextOrNull(sDeviceID), flags, phDevice);
     }
   });
   OnSuccess(result, [&] {
     if (phDevice == nullptr) {
-      LogError(CallLogger(), "IFOpenDevice returned a NULL handle to the device!");
+      ReportError(CallLogger(), report::kIFOpenDeviceWithoutHandle);
     } else if (TransportLayerNode* root = OpenedRegistry()) {
       root->AddDevice(hIface, *phDevice);
     }

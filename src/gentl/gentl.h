@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: MIT
 // The GenTL C interface as Vextrel traces it: types, constants and the 51 functions.
 //
 // Usable from C and C++. All enumerations are 32-bit signed integers, all handles are opaque
 // pointers compared by value, all text is 8-bit and NUL-terminated. Unless a function says
-// otherwise, a size argument carries the buffer's size in bytes in and the size used or needed
-// out, and a null buffer asks for the size alone.
+// otherwise, a size argument is the buffer's size in bytes on entry and the size used or needed on
+// return, and a null buffer queries the size only.
 #ifndef VEXTREL_GENTL_GENTL_H
 #define VEXTREL_GENTL_GENTL_H
 
@@ -254,7 +255,7 @@ typedef struct PORT_REGISTER_STACK_ENTRY {
   size_t Size;       // number of bytes
 } PORT_REGISTER_STACK_ENTRY;
 
-// A module that compiles everything else hidden still exports these.
+// Exported even by a module that is compiled with hidden visibility.
 #if defined(__ELF__)
 #pragma GCC visibility push(default)
 #endif
@@ -344,7 +345,7 @@ GC_ERROR GC_CALLTYPE GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, IN
                                    void* pBuffer, size_t* piSize);
 GC_ERROR GC_CALLTYPE GCGetPortURLInfo(PORT_HANDLE hPort, uint32_t iURLIndex, URL_INFO_CMD iInfoCmd,
                                       INFO_DATATYPE* piType, void* pBuffer, size_t* piSize);
-// piNumEntries carries the number of entries in, and the number done out.
+// *piNumEntries is the number of entries on entry, and the number completed on return.
 GC_ERROR GC_CALLTYPE GCReadPortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntries,
                                        size_t* piNumEntries);
 GC_ERROR GC_CALLTYPE GCWritePortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntries,
@@ -355,7 +356,7 @@ GC_ERROR GC_CALLTYPE GCWritePortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_E
 GC_ERROR GC_CALLTYPE GCRegisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEventID,
                                      EVENT_HANDLE* phEvent);
 GC_ERROR GC_CALLTYPE GCUnregisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEventID);
-// iTimeout in milliseconds, all bits set waits for ever.
+// iTimeout in milliseconds; all bits set waits forever.
 GC_ERROR GC_CALLTYPE EventGetData(EVENT_HANDLE hEvent, void* pBuffer, size_t* piSize,
                                   uint64_t iTimeout);
 GC_ERROR GC_CALLTYPE EventGetDataInfo(EVENT_HANDLE hEvent, const void* pInBuffer, size_t iInSize,

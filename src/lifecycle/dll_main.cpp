@@ -1,7 +1,12 @@
+// SPDX-License-Identifier: MIT
+#include "lifecycle/dll_main.h"
+
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/logger_setup.h"
+#include "lifecycle/edition.h"
+#include "lifecycle/kept_targets.h"
 #include "lifecycle/proxy_state.h"
-#include "platform/module_entry.h"
 #include "platform/platform.h"
 
 namespace vextrel {
@@ -10,12 +15,12 @@ namespace {
 void CleanUpAtDetach() {
   log4cpp::Category* logger = proxyState.logger;
   if (proxyState.initialized && logger != nullptr) {
-    LogError(*logger, "GCInitLib() was not called correctly!");
+    ReportError(*logger, report::kDetachedWhileInitialized);
   }
   if (proxyState.registryRoot != nullptr) {
     if (logger != nullptr) {
-      // Begins with "The", unlike the line of GCCloseLib, on purpose.
-      LogError(*logger, "The Transport Layer was not closed down properly using TLClose()");
+      // Kept: 13.
+      ReportError(*logger, report::kTransportLayerLeftOpenAtDetach);
     }
     TearDownRegistry();
   }
@@ -26,22 +31,26 @@ void CleanUpAtDetach() {
 
 }  // namespace
 
-std::int32_t DllMain(void* moduleInstance, std::uint32_t reason, void* /*reserved*/) {
+std::int32_t DllMain(void* moduleInstance, std::uint32_t reason, [[maybe_unused]] void* reserved) {
   proxyState.moduleInstance = moduleInstance;
-  if (reason == kReasonProcessAttach) {
+  if (reason == kModuleLoaded) {
     if (proxyState.attachCount == 0) {
       proxyState.attachCount = 1;
     }
-  } else if (reason == kReasonProcessDetach) {
+  } else if (reason == kModuleUnloaded) {
     --proxyState.attachCount;
     if (proxyState.attachCount == 0) {
-      // Nothing ever sets detachModule, on purpose: a library that is unloaded without GCCloseLib
-      // leaves the target loaded and the registry alone.
+      // Kept: 12. Never true: unloading without GCCloseLib leaves target and registry alone.
       if (proxyState.detachModule != nullptr) {
         CleanUpAtDetach();
       }
       if (proxyState.logger != nullptr) {
         ShutdownLogging();
+      }
+      if constexpr (kIsExtended) {
+        if (reserved == nullptr) {
+          ReleaseKeptTargets();
+        }
       }
     }
   }

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 // The target producer's entry points, looked up by name once per GCInitLib.
 //
-// Each table is a plain row of slots, one for each function of its group; a slot whose function the
-// target does not export holds null. A table is filled once and only read after that, without a
-// lock; it does not own its module.
+// Each table is a plain row of slots, one for each function of its group. A slot holds null if the
+// target doesn't export its function. A table is filled once and only read after that, without a
+// lock. The table doesn't own `module`, and nothing reads it (Kept: 14).
 #ifndef VEXTREL_LIFECYCLE_FUNCTION_TABLES_H
 #define VEXTREL_LIFECYCLE_FUNCTION_TABLES_H
 
@@ -92,8 +93,7 @@ struct EventFunctionTable {
   platform::ModuleHandle module = nullptr;
 };
 
-// Each fills a table from the exports of `module`, and logs an error line to `logger` for every
-// function that is missing.
+// Each fills a table from the exports of `module`, and reports each missing function to `logger`.
 void ResolveTable(LibFunctionTable& table, platform::ModuleHandle module,
                   log4cpp::Category& logger);
 void ResolveTable(TLFunctionTable& table, platform::ModuleHandle module, log4cpp::Category& logger);

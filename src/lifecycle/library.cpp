@@ -1,19 +1,25 @@
+// SPDX-License-Identifier: MIT
 #include "lifecycle/library.h"
 
 #include <cstdint>
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/logger_setup.h"
 #include "calllog/value_names.h"
+#include "environment/environment.h"
 #include "gentl/gentl.h"
-#include "lifecycle/environment.h"
+#include "lifecycle/edition.h"
+#include "lifecycle/kept_targets.h"
+#include "lifecycle/newer_functions.h"
 #include "lifecycle/observation.h"
 #include "lifecycle/proxy_state.h"
+#include "lifecycle/timed_call.h"
 
 namespace vextrel {
 namespace {
 
-// Tables that an earlier GCInitLib left are overwritten and stay allocated, on purpose.
+// Kept: 4. Tables that an earlier GCInitLib left are overwritten and stay allocated.
 void CreateTables() {
   proxyState.libTable = new LibFunctionTable;
   proxyState.tlTable = new TLFunctionTable;
@@ -32,6 +38,9 @@ void ResolveTables(platform::ModuleHandle module, log4cpp::Category& logger) {
   ResolveTable(*proxyState.dsTable, module, logger);
   ResolveTable(*proxyState.portTable, module, logger);
   ResolveTable(*proxyState.eventTable, module, logger);
+  if constexpr (kIsExtended) {
+    ResolveNewerFunctions(module, logger);
+  }
 }
 
 }  // namespace
@@ -61,36 +70,39 @@ GC_ERROR GC_CALLTYPE GCInitLib(void) {
 
   const std::string producer = ReadEnvironmentVariable("GENICAM_GENTL64_VEXTREL_PRODUCER");
   if (producer.empty()) {
-    LogError(logger, "Vextrel Environment variable GENICAM_GENTL64_VEXTREL_PRODUCER not found!");
-    return GC_ERR_SUCCESS;  // On purpose, here and below: a consumer goes on without a producer.
+    ReportError(logger, report::kProducerVariableNotFound);
+    return GC_ERR_SUCCESS;  // Kept: 1. Here and below.
   }
   proxyState.targetPath = ExpandEnvReference(producer, false);
-  LogInfo(logger, "Loading GenTL Producer '%s'", proxyState.targetPath);
+  ReportInfo(logger, report::kLoadingProducer, proxyState.targetPath);
   const platform::ModuleLoad load = platform::LoadModule(proxyState.targetPath.c_str());
   proxyState.targetModule = load.module;
   if (load.module == nullptr) {
-    LogError(logger, "Error %d when loading the GenTL producer dll: '%s'", load.error,
-             proxyState.targetPath);
+    ReportError(logger, report::kProducerNotLoaded, load.error, proxyState.targetPath);
     return GC_ERR_SUCCESS;
   }
   if (platform::IsOwnModule(load.module)) {
-    // The target would be called for ever: an easy mistake where both lie in one folder.
-    LogError(logger, "The GenTL producer dll is Vextrel itself: '%s'", proxyState.targetPath);
+    // Kept: 2. It would call itself forever. An easy mistake if both are in one folder.
+    ReportError(logger, report::kProducerIsVextrel, proxyState.targetPath);
     platform::UnloadModule(load.module);
     proxyState.targetModule = nullptr;
     return GC_ERR_SUCCESS;
   }
-  LogInfo(logger, "GenTL producer file version: '%s'", GetProducerFileVersion(load.module));
+  ReportInfo(logger, report::kProducerFileVersion, GetProducerFileVersion(load.module));
 
   CreateTables();
+  if constexpr (kIsExtended) {
+    StartTiming();
+    KeepTarget(load.module, proxyState.targetPath);
+  }
   ResolveTables(load.module, logger);
   if (proxyState.initialized) {
-    LogError(logger, "GCInitLib() has already been called!");
+    ReportError(logger, report::kInitializedTwice);
   }
   if (proxyState.libTable->GCInitLib != nullptr) {
     result = proxyState.libTable->GCInitLib();
   }
-  Observe([&] { LogInfo(logger, "%s=GCInitLib(void)", GcErrorName(result)); });
+  Observe([&] { LogCall(logger, line::kGCInitLib, GcErrorName(result)); });
   proxyState.initialized = true;
   return result;
 }
@@ -98,21 +110,20 @@ GC_ERROR GC_CALLTYPE GCInitLib(void) {
 GC_ERROR GC_CALLTYPE GCCloseLib(void) {
   GC_ERROR result = GC_ERR_NOT_IMPLEMENTED;
   if (!proxyState.initialized) {
-    Observe([] { LogError(CallLogger(), "GCInitLib has not been called yet!"); });
+    Observe([] { ReportError(CallLogger(), report::kNotInitialized); });
   }
   if (proxyState.libTable != nullptr && proxyState.libTable->GCCloseLib != nullptr) {
     result = proxyState.libTable->GCCloseLib();
   }
-  // Unloading the target is ours, too: it must not disturb what the target's call left behind.
+  // Unloading the target mustn't change the last error that the target's call left, either.
   const platform::LastErrorGuard guard;
-  Observe([&] { LogInfo(CallLogger(), "%s=GCCloseLib(void)", GcErrorName(result)); });
+  Observe([&] { LogCall(CallLogger(), line::kGCCloseLib, GcErrorName(result)); });
   if (proxyState.registryRoot != nullptr) {
-    Observe([] {
-      LogError(CallLogger(), "Transport Layer was not closed down properly using TLClose()");
-    });
+    Observe([] { ReportError(CallLogger(), report::kTransportLayerLeftOpen); });
     TearDownRegistry();
   }
   proxyState.initialized = false;
+  // Kept: 6. Whatever the result is.
   if (proxyState.targetModule != nullptr) {
     DeleteTables();
     platform::UnloadModule(proxyState.targetModule);

@@ -1,7 +1,10 @@
-// Making and breaking the binding to the target producer: GCInitLib and GCCloseLib, which gentl.h
-// declares, are implemented here. Neither is thread-safe: the consumer serialises them and makes no
-// other call meanwhile. Only GCInitLib may raise an exception, a std::runtime_error for a producer
-// path that refers to a variable which cannot be read.
+// SPDX-License-Identifier: MIT
+// Binding and unbinding the target producer. Implements GCInitLib and GCCloseLib, which gentl.h
+// declares.
+//
+// REQUIRES: the consumer serialises both with all other calls.
+// Only GCInitLib may throw an exception of ours, for example std::runtime_error for a producer path
+// that refers to a variable that can't be read (Kept: 3).
 #ifndef VEXTREL_LIFECYCLE_LIBRARY_H
 #define VEXTREL_LIFECYCLE_LIBRARY_H
 
@@ -11,7 +14,7 @@
 
 namespace vextrel {
 
-// The module's file version as four decimal numbers joined by dots; 0.0.0.0 if it has none.
+// Returns the module's file version as four decimal numbers joined by dots; 0.0.0.0 if it has none.
 [[nodiscard]] std::string GetProducerFileVersion(platform::ModuleHandle module);
 
 }  // namespace vextrel

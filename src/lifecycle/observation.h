@@ -1,4 +1,5 @@
-// Watching a forwarded call without touching it.
+// SPDX-License-Identifier: MIT
+// Observing a forwarded call without affecting it.
 #ifndef VEXTREL_LIFECYCLE_OBSERVATION_H
 #define VEXTREL_LIFECYCLE_OBSERVATION_H
 
@@ -8,9 +9,9 @@
 
 namespace vextrel {
 
-// Runs `action`, something of ours that follows a forwarded call. The consumer sees nothing of it:
-// the thread's last error stays what the target left, and a failure inside, such as an allocation
-// that fails, ends here. Whatever thread it runs on.
+// Runs `action` after a forwarded call. The consumer doesn't notice: the thread's last error stays
+// as the target left it, and exceptions, such as that of a failed allocation, are swallowed.
+// Thread-safe if `action` is.
 template <typename Action>
 void Observe(Action&& action) noexcept {
   const platform::LastErrorGuard guard;

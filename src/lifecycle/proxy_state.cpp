@@ -1,8 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "lifecycle/proxy_state.h"
 
 #include <utility>
 
 #include "calllog/logger_setup.h"
+#include "lifecycle/edition.h"
+#include "lifecycle/newer_functions.h"
 #include "lifecycle/observation.h"
 #include "platform/platform.h"
 
@@ -38,6 +41,9 @@ void DeleteTables() {
   DeleteTable(proxyState.dsTable);
   DeleteTable(proxyState.portTable);
   DeleteTable(proxyState.eventTable);
+  if constexpr (kIsExtended) {
+    newerFunctions = {};
+  }
 }
 
 }  // namespace vextrel

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process-wide state of the library.
 #ifndef VEXTREL_LIFECYCLE_PROXY_STATE_H
 #define VEXTREL_LIFECYCLE_PROXY_STATE_H
@@ -12,13 +13,13 @@
 
 namespace vextrel {
 
-// Read and written on whatever thread the consumer calls from, without a lock: the consumer
-// serialises GCInitLib and GCCloseLib, and does not race open and close calls. The pointers own
-// what they point to, but for `logger`, which log4cpp owns. They are plain ones because some
-// operations overwrite them without freeing, on purpose.
+// Read and written on the consumer's threads, without a lock.
+// REQUIRES: the consumer serialises GCInitLib and GCCloseLib, and doesn't race open and close
+// calls. The pointers own what they point to, except `logger`, which log4cpp owns. They are plain
+// pointers because GCInitLib and TLOpen overwrite them without freeing (Kept: 4, 50).
 struct ProxyState {
-  platform::ModuleHandle moduleInstance = nullptr;  // the library itself; nothing reads it
-  platform::ModuleHandle detachModule = nullptr;    // never set: see DllMain
+  platform::ModuleHandle moduleInstance = nullptr;  // Kept: 14. Nothing reads it.
+  platform::ModuleHandle detachModule = nullptr;    // Kept: 12. Nothing sets it.
   std::int32_t attachCount = 0;
   LibFunctionTable* libTable = nullptr;
   TLFunctionTable* tlTable = nullptr;
@@ -36,14 +37,14 @@ struct ProxyState {
 
 extern ProxyState proxyState;
 
-// The category that every line goes to, also before the first GCInitLib has set `logger`.
+// Returns the category for every line, even before the first GCInitLib has set `logger`.
 [[nodiscard]] log4cpp::Category& CallLogger();
 
-// Reports what is still open on the transport layer and registered on it, then ends the registry.
-// There must be one.
+// Reports the interfaces and events left on the transport layer, then deletes the registry's root.
+// REQUIRES: registryRoot is not null.
 void TearDownRegistry();
 
-// Deletes all seven tables.
+// Deletes all seven tables, and empties that of the newer functions.
 void DeleteTables();
 
 }  // namespace vextrel

@@ -1,20 +1,18 @@
-// What Vextrel asks of the operating system. One file per system implements it; nothing else in
-// the sources knows which one runs.
+// SPDX-License-Identifier: MIT
+// What Vextrel needs from the operating system, implemented by one file for each system. Apart from
+// these, only src/entry and src/backend depend on the system.
 //
-// All functions are thread-safe unless they say otherwise, as far as the process's environment is
-// not being changed at the same time.
+// All functions are thread-safe, as long as no other thread changes the process's environment.
 #ifndef VEXTREL_PLATFORM_PLATFORM_H
 #define VEXTREL_PLATFORM_PLATFORM_H
 
 #include <cerrno>
 #include <cstdint>
 #include <fstream>
-#include <log4cpp/Appender.hh>
-#include <memory>
 #include <string>
 
-// For an object that has to be there before the module's entry code runs. On Windows all static
-// objects are; elsewhere the entry code is a static object itself.
+// For an object that the module's entry code needs. On Windows, all static objects are constructed
+// before that code runs; elsewhere, the entry code is itself the constructor of one.
 #if defined(__GNUC__)
 #define VEXTREL_CONSTRUCTED_FIRST [[gnu::init_priority(101)]]
 #else
@@ -23,23 +21,22 @@
 
 namespace vextrel::platform {
 
-// A loaded module, as the loader knows it. Null is no module.
+// The loader's handle to a module; null for none.
 using ModuleHandle = void*;
 
-// Error numbers are those of Windows on every platform, since the log shows them.
+// Error numbers are those of Windows on every platform, because the log shows them.
 inline constexpr std::uint32_t kErrorVariableNotFound = 203;
 inline constexpr std::uint32_t kErrorModuleNotFound = 126;
 inline constexpr std::uint32_t kErrorBadModuleFormat = 193;
 
 struct VariableRead {
-  std::uint32_t count;  // characters read, or the size needed, or 0
+  std::uint32_t count;  // characters read, the size needed, or 0
   std::uint32_t error;  // why count is 0
 };
 
-// Reads an environment variable into `buffer` of `size` bytes, with the contract of
-// GetEnvironmentVariableA: the count excludes the NUL when the value fits, and is the size needed,
-// NUL included, when it does not; then the buffer is not filled. An empty value reads as a variable
-// that is not set.
+// Reads an environment variable into `buffer` of `size` bytes, as GetEnvironmentVariableA does: if
+// the value fits, `count` is its length without the NUL; if not, `count` is the size needed,
+// including the NUL, and the buffer isn't filled. An empty variable counts as not set.
 [[nodiscard]] VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size);
 
 struct ModuleLoad {
@@ -50,29 +47,26 @@ struct ModuleLoad {
 // Loads the module at `path`, or takes another loader reference to it.
 [[nodiscard]] ModuleLoad LoadModule(const char* path);
 
-// Gives back one loader reference.
+// Releases one loader reference.
 void UnloadModule(ModuleHandle module);
 
-// True for the module that this code itself is part of.
+// Returns true iff `module` is the one that contains this code.
 [[nodiscard]] bool IsOwnModule(ModuleHandle module);
 
-// The address of the export `name`, or null.
+// Returns the address of the module's export `name`, or null. The exports of libraries that the
+// module links don't count.
 [[nodiscard]] void* FindExport(ModuleHandle module, const char* name);
 
-// The four 16-bit words of the module's file version, most significant first; 0 for a module
-// without version information, and on systems whose modules carry none.
+// Returns the four 16-bit words of the module's file version, most significant first; 0 for a
+// module without version information, and on systems whose modules have none.
 [[nodiscard]] std::uint64_t ModuleFileVersion(ModuleHandle module);
 
-// Opens a file for reading as text while other processes may read and write it. The stream is not
-// open on failure; a folder is a failure.
+// Opens a file for reading as text, shared with other processes for reading and writing. On
+// failure, the returned stream isn't open. Opening a folder fails.
 [[nodiscard]] std::ifstream OpenTextFile(const std::string& path);
 
-// A new appender to the channel where a log goes that nobody configured: the debugger output on
-// Windows, standard error elsewhere.
-[[nodiscard]] std::unique_ptr<log4cpp::Appender> MakeDefaultAppender(const std::string& name);
-
-// Keeps the calling thread's last-error values as they are now: whatever happens to them during
-// the object's life is undone at its end. Belongs to one thread.
+// Saves the calling thread's last-error values, and restores them on destruction. REQUIRES:
+// destroyed on the thread that constructed it.
 class LastErrorGuard {
  public:
   LastErrorGuard() noexcept;

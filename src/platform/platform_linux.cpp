@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <dlfcn.h>
 #include <link.h>
 #include <unistd.h>
@@ -5,15 +6,30 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <iostream>
-#include <log4cpp/OstreamAppender.hh>
 
 #include "platform/platform.h"
 
 namespace vextrel::platform {
+namespace {
+
+// Returns the loaded object that contains `address`, or null.
+const void* ObjectAt(const void* address) {
+  Dl_info info{};
+  void* object = nullptr;
+  return ::dladdr1(address, &info, &object, RTLD_DL_LINKMAP) != 0 ? object : nullptr;
+}
+
+// Returns the loaded object behind a handle, or null. It doesn't depend on the path that was
+// loaded.
+const void* ObjectOf(ModuleHandle module) {
+  void* object = nullptr;
+  return ::dlinfo(module, RTLD_DI_LINKMAP, static_cast<void*>(&object)) == 0 ? object : nullptr;
+}
+
+}  // namespace
 
 VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size) {
-  // A name cannot hold '=', but getenv would look for one that does.
+  // For a name with '=', getenv can return part of another variable's value.
   const char* value = std::strchr(name, '=') == nullptr ? std::getenv(name) : nullptr;
   if (value == nullptr || *value == '\0') {
     return {0, kErrorVariableNotFound};
@@ -31,8 +47,8 @@ ModuleLoad LoadModule(const char* path) {
   if (module != nullptr) {
     return {module, 0};
   }
-  // dlopen has no error numbers: these are what Windows says of a file that is not there and of
-  // one that is no module.
+  // dlopen has no error numbers. These are Windows' for a missing file and for one that isn't a
+  // module.
   return {nullptr, ::access(path, F_OK) == 0 ? kErrorBadModuleFormat : kErrorModuleNotFound};
 }
 
@@ -41,15 +57,14 @@ void UnloadModule(ModuleHandle module) {
 }
 
 bool IsOwnModule(ModuleHandle module) {
-  Dl_info own{};
-  link_map* map = nullptr;
-  return ::dladdr(reinterpret_cast<const void*>(&IsOwnModule), &own) != 0 &&
-         ::dlinfo(module, RTLD_DI_LINKMAP, static_cast<void*>(&map)) == 0 &&
-         map->l_addr == reinterpret_cast<ElfW(Addr)>(own.dli_fbase);
+  return ObjectOf(module) == ObjectAt(reinterpret_cast<const void*>(&IsOwnModule));
 }
 
 void* FindExport(ModuleHandle module, const char* name) {
-  return ::dlsym(module, name);
+  // dlsym also searches the libraries that the module links, so check which object it found. It
+  // resolves indirect functions itself, so `found` is always the code that a call reaches.
+  void* found = ::dlsym(module, name);
+  return found != nullptr && ObjectAt(found) == ObjectOf(module) ? found : nullptr;
 }
 
 std::uint64_t ModuleFileVersion(ModuleHandle /*module*/) {
@@ -62,10 +77,6 @@ std::ifstream OpenTextFile(const std::string& path) {
     return {};
   }
   return std::ifstream(path);
-}
-
-std::unique_ptr<log4cpp::Appender> MakeDefaultAppender(const std::string& name) {
-  return std::make_unique<log4cpp::OstreamAppender>(name, &std::cerr);
 }
 
 LastErrorGuard::LastErrorGuard() noexcept : errno_(errno) {}

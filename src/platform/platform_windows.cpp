@@ -1,6 +1,6 @@
+// SPDX-License-Identifier: MIT
 #include <windows.h>
 
-#include <log4cpp/Win32DebugAppender.hh>
 #include <vector>
 
 #include "platform/platform.h"
@@ -8,13 +8,13 @@
 namespace vextrel::platform {
 
 VariableRead ReadVariable(const char* name, char* buffer, std::uint32_t size) {
-  // An empty value leaves the last error of some earlier call in place.
+  // Reading an empty variable doesn't set the last error.
   ::SetLastError(ERROR_SUCCESS);
   const DWORD count = ::GetEnvironmentVariableA(name, buffer, size);
   if (count != 0) {
     return {count, 0};
   }
-  // An empty value is no error to Windows, but it is a missing variable to us.
+  // An empty variable isn't an error to Windows, but counts as not set here.
   const DWORD error = ::GetLastError();
   return {0, error == ERROR_SUCCESS ? kErrorVariableNotFound : error};
 }
@@ -60,10 +60,6 @@ std::uint64_t ModuleFileVersion(ModuleHandle module) {
 
 std::ifstream OpenTextFile(const std::string& path) {
   return std::ifstream(path);
-}
-
-std::unique_ptr<log4cpp::Appender> MakeDefaultAppender(const std::string& name) {
-  return std::make_unique<log4cpp::Win32DebugAppender>(name);
 }
 
 LastErrorGuard::LastErrorGuard() noexcept : errno_(errno), lastError_(::GetLastError()) {}

@@ -1,10 +1,12 @@
-// A buffer that is announced on a data stream.
+// SPDX-License-Identifier: MIT
+// The record of a buffer that is announced on a data stream.
 #ifndef VEXTREL_REGISTRY_BUFFER_NODE_H
 #define VEXTREL_REGISTRY_BUFFER_NODE_H
 
 #include <log4cpp/Category.hh>
 
 #include "gentl/gentl.h"
+#include "registry/event_list.h"
 #include "registry/event_operations.h"
 #include "registry/event_registration.h"
 #include "registry/record_list.h"
@@ -17,7 +19,7 @@ class BufferNode : public EventOperations<BufferNode> {
   BufferNode(BUFFER_HANDLE bufferHandle, log4cpp::Category* category)
       : logger(category), handle(bufferHandle) {}
 
-  // Marks the buffer as waiting in the stream's queue, or as not waiting.
+  // Marks the buffer as waiting in the stream's queue, or not.
   void SetQueued(bool isQueued) noexcept { queued = isQueued; }
 
   // A buffer has no children.
@@ -27,7 +29,7 @@ class BufferNode : public EventOperations<BufferNode> {
 
   log4cpp::Category* logger;
   BUFFER_HANDLE handle;
-  bool queued = false;
+  bool queued = false;  // Kept: 14. Nothing reads it.
   EventList events;
 };
 

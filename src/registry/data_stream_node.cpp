@@ -1,18 +1,17 @@
+// SPDX-License-Identifier: MIT
 #include "registry/data_stream_node.h"
 
 #include <cstring>
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 
 namespace vextrel {
 
 bool DataStreamNode::AddBuffer(BUFFER_HANDLE bufferHandle) {
   if (!AddRecord(buffers, bufferHandle, logger)) {
-    LogError(*logger,
-             "Buffer object with the handle 0x%p has already been added on DataStream with handle "
-             "0x%p",
-             bufferHandle, handle);
+    ReportError(*logger, report::kBufferAddedTwice, bufferHandle, handle);
   }
   return true;
 }
@@ -20,9 +19,7 @@ bool DataStreamNode::AddBuffer(BUFFER_HANDLE bufferHandle) {
 bool DataStreamNode::RemoveBuffer(BUFFER_HANDLE bufferHandle) {
   const auto buffer = TakeRecord(buffers, bufferHandle);
   if (buffer == nullptr) {
-    LogError(*logger,
-             "Buffer object with the handle 0x%p is not defined on DataStream with handle 0x%p",
-             bufferHandle, handle);
+    ReportError(*logger, report::kBufferNotDefined, bufferHandle, handle);
     return false;
   }
   buffer->ReportEvents();
@@ -31,10 +28,7 @@ bool DataStreamNode::RemoveBuffer(BUFFER_HANDLE bufferHandle) {
 
 void DataStreamNode::ReportBuffers() const {
   for (const BufferNode* buffer : buffers) {
-    LogError(*logger,
-             "Buffer with handle 0x%p on DataStream 0x%p was not revoked properly using "
-             "DSRevokeBuffer()",
-             buffer->handle, handle);
+    ReportError(*logger, report::kBufferLeftAnnounced, buffer->handle, handle);
   }
 }
 
@@ -49,7 +43,7 @@ bool DataStreamNode::SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued) {
 
 void DataStreamNode::OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size) {
   BUFFER_HANDLE delivered = nullptr;
-  // Exactly one buffer handle: a longer delivery deliberately leaves the mark alone.
+  // Kept: 62. Only data of exactly one buffer handle.
   if (eventHandle != lastEventHandle || size != sizeof delivered || data == nullptr) {
     return;
   }
@@ -78,16 +72,12 @@ bool DataStreamNode::AddEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventType,
 }
 
 void DataStreamNode::ReportDuplicateEvent(EVENT_TYPE eventType) const {
-  LogError(*logger, "The event type %s has already been registered on datastream with handle 0x%p",
-           EventTypeName(eventType), handle);
+  ReportError(*logger, report::kEventAddedTwiceOnDataStream, EventTypeName(eventType), handle);
 }
 
 void DataStreamNode::ReportEvent(const EventRegistration& registration) const {
-  // Without the type, unlike the other levels, on purpose.
-  LogWarn(*logger,
-          "Event with handle 0x%p on DataStream 0x%p was not unregistered directly using "
-          "GCUnregisterEvent()",
-          registration.eventHandle, handle);
+  // Kept: 58.
+  ReportWarn(*logger, report::kEventLeftOnDataStream, registration.eventHandle, handle);
 }
 
 }  // namespace vextrel

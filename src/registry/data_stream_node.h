@@ -1,4 +1,5 @@
-// A data stream that is open on a device, with the buffers announced on it.
+// SPDX-License-Identifier: MIT
+// The record of a data stream that is open on a device, and of the buffers announced on it.
 #ifndef VEXTREL_REGISTRY_DATA_STREAM_NODE_H
 #define VEXTREL_REGISTRY_DATA_STREAM_NODE_H
 
@@ -7,6 +8,7 @@
 
 #include "gentl/gentl.h"
 #include "registry/buffer_node.h"
+#include "registry/event_list.h"
 #include "registry/event_operations.h"
 #include "registry/event_registration.h"
 #include "registry/record_list.h"
@@ -19,23 +21,23 @@ class DataStreamNode : public EventOperations<DataStreamNode> {
   DataStreamNode(DS_HANDLE dsHandle, log4cpp::Category* category)
       : logger(category), handle(dsHandle) {}
 
-  // Always true: a duplicate is reported here and counts as a success.
+  // Always returns true: a duplicate is reported and counts as success (Kept: 54).
   bool AddBuffer(BUFFER_HANDLE bufferHandle);
-  // False, with a line, if the buffer is not announced here.
+  // Returns false, and reports it, if the buffer isn't announced here.
   [[nodiscard]] bool RemoveBuffer(BUFFER_HANDLE bufferHandle);
-  // One error for each buffer that is still announced; nothing of the buffers' own events.
+  // Reports each buffer that is still announced, but not the buffers' own events.
   void ReportBuffers() const;
 
-  // False, without a line, if the buffer is not announced here.
+  // Returns false, without a line, if the buffer isn't announced here.
   bool SetBufferQueued(BUFFER_HANDLE bufferHandle, bool queued);
-  // `data` is what EventGetData delivered, `size` bytes of it.
+  // `data` is the `size` bytes that EventGetData delivered.
   void OnEventData(EVENT_HANDLE eventHandle, const void* data, std::size_t size);
   void OnFlushQueue(ACQ_QUEUE_TYPE operation);
 
-  // Also remembers the event handle of what is registered on the stream itself.
+  // Also stores the event handle in `lastEventHandle` if `source` is the stream itself.
   [[nodiscard]] bool AddEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventType,
                               EVENT_HANDLE eventHandle);
-  // The stream's own handle only: no descent to its buffers.
+  // Kept: 61. Doesn't look at the buffers.
   [[nodiscard]] bool ReleaseEvents(EVENTSRC_HANDLE source) { return ReleaseOwnEvents(source); }
 
   [[nodiscard]] const RecordList<BufferNode>& Children() const { return buffers; }
@@ -44,7 +46,8 @@ class DataStreamNode : public EventOperations<DataStreamNode> {
 
   log4cpp::Category* logger;
   DS_HANDLE handle;
-  // Of the latest event registered on the stream, whatever its type; stays when that is gone.
+  // Kept: 63. That of the latest registration on the stream, whatever its type; stays when the
+  // event is unregistered.
   EVENT_HANDLE lastEventHandle = nullptr;
   RecordList<BufferNode> buffers;
   EventList events;

@@ -1,16 +1,15 @@
+// SPDX-License-Identifier: MIT
 #include "registry/device_node.h"
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 
 namespace vextrel {
 
 bool DeviceNode::AddDataStream(DS_HANDLE dsHandle) {
   if (!AddRecord(dataStreams, dsHandle, logger)) {
-    LogError(*logger,
-             "DataStream object with the handle 0x%p has already been added on Device with handle "
-             "0x%p",
-             dsHandle, handle);
+    ReportError(*logger, report::kDataStreamAddedTwice, dsHandle, handle);
   }
   return true;
 }
@@ -18,9 +17,7 @@ bool DeviceNode::AddDataStream(DS_HANDLE dsHandle) {
 bool DeviceNode::RemoveDataStream(DS_HANDLE dsHandle) {
   const auto dataStream = TakeRecord(dataStreams, dsHandle);
   if (dataStream == nullptr) {
-    LogError(*logger,
-             "DataStream object with the handle 0x%p is not defined on Device with handle 0x%p",
-             dsHandle, handle);
+    ReportError(*logger, report::kDataStreamNotDefined, dsHandle, handle);
     return false;
   }
   dataStream->ReportBuffers();
@@ -30,19 +27,14 @@ bool DeviceNode::RemoveDataStream(DS_HANDLE dsHandle) {
 
 void DeviceNode::ReportDataStreams() const {
   for (const DataStreamNode* dataStream : dataStreams) {
-    LogError(*logger,
-             "DataStream with handle 0x%p on Device 0x%p was not closed properly using DSClose()",
-             dataStream->handle, handle);
+    ReportError(*logger, report::kDataStreamLeftOpen, dataStream->handle, handle);
   }
 }
 
 bool DeviceNode::AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle) {
   DataStreamNode* dataStream = FindRecord(dataStreams, dsHandle);
   if (dataStream == nullptr) {
-    LogError(*logger,
-             "Unable to add Buffer with handle 0x%p! DataStream with handle 0x%p on Device 0x%p "
-             "was not found!",
-             bufferHandle, dsHandle, handle);
+    ReportError(*logger, report::kBufferNotAddedOnDevice, bufferHandle, dsHandle, handle);
     return false;
   }
   return dataStream->AddBuffer(bufferHandle);
@@ -51,9 +43,8 @@ bool DeviceNode::AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle) {
 bool DeviceNode::RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle) {
   DataStreamNode* dataStream = FindRecord(dataStreams, dsHandle);
   if (dataStream == nullptr) {
-    // "any DataStream" is the line's wording; only the one named was looked for.
-    LogError(*logger, "Unable to remove Buffer with handle 0x%p on any DataStream on Device 0x%p!",
-             bufferHandle, handle);
+    // Kept: 60.
+    ReportError(*logger, report::kBufferNotRemovedOnDevice, bufferHandle, handle);
     return false;
   }
   return dataStream->RemoveBuffer(bufferHandle);
@@ -73,15 +64,12 @@ void DeviceNode::OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation) {
 }
 
 void DeviceNode::ReportDuplicateEvent(EVENT_TYPE eventType) const {
-  LogError(*logger, "The event type %s has already been registered on device with handle 0x%p",
-           EventTypeName(eventType), handle);
+  ReportError(*logger, report::kEventAddedTwiceOnDevice, EventTypeName(eventType), handle);
 }
 
 void DeviceNode::ReportEvent(const EventRegistration& registration) const {
-  LogWarn(*logger,
-          "Event type %s with handle 0x%p on device 0x%p was not unregistered directly using "
-          "GCUnregisterEvent()",
-          EventTypeName(registration.eventType), registration.eventHandle, handle);
+  ReportWarn(*logger, report::kEventLeftOnDevice, EventTypeName(registration.eventType),
+             registration.eventHandle, handle);
 }
 
 }  // namespace vextrel

@@ -1,4 +1,5 @@
-// A device that is open on an interface, with the data streams open on it.
+// SPDX-License-Identifier: MIT
+// The record of a device that is open on an interface, and of the data streams open on it.
 #ifndef VEXTREL_REGISTRY_DEVICE_NODE_H
 #define VEXTREL_REGISTRY_DEVICE_NODE_H
 
@@ -7,6 +8,7 @@
 
 #include "gentl/gentl.h"
 #include "registry/data_stream_node.h"
+#include "registry/event_list.h"
 #include "registry/event_operations.h"
 #include "registry/event_registration.h"
 #include "registry/record_list.h"
@@ -19,14 +21,14 @@ class DeviceNode : public EventOperations<DeviceNode> {
   DeviceNode(DEV_HANDLE devHandle, log4cpp::Category* category)
       : logger(category), handle(devHandle) {}
 
-  // Always true: a duplicate is reported here and counts as a success.
+  // Always returns true: a duplicate is reported and counts as success (Kept: 54).
   bool AddDataStream(DS_HANDLE dsHandle);
-  // False, with a line, if the stream is not open here.
+  // Returns false, and reports it, if the stream isn't open here.
   [[nodiscard]] bool RemoveDataStream(DS_HANDLE dsHandle);
-  // One error for each stream that is still open; nothing below the streams.
+  // Reports each stream that is still open, and nothing below it.
   void ReportDataStreams() const;
 
-  // Both false, with a line, if the stream is not open here.
+  // Both return false, and report it, if the stream isn't open here.
   [[nodiscard]] bool AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);
   [[nodiscard]] bool RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);
 

@@ -1,16 +1,15 @@
+// SPDX-License-Identifier: MIT
 #include "registry/interface_node.h"
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 
 namespace vextrel {
 
 bool InterfaceNode::AddDevice(DEV_HANDLE devHandle) {
   if (!AddRecord(devices, devHandle, logger)) {
-    LogError(*logger,
-             "Device object with the handle 0x%p has already been added on Interface with handle "
-             "0x%p",
-             devHandle, handle);
+    ReportError(*logger, report::kDeviceAddedTwice, devHandle, handle);
   }
   return true;
 }
@@ -18,9 +17,7 @@ bool InterfaceNode::AddDevice(DEV_HANDLE devHandle) {
 bool InterfaceNode::RemoveDevice(DEV_HANDLE devHandle) {
   const auto device = TakeRecord(devices, devHandle);
   if (device == nullptr) {
-    LogError(*logger,
-             "Device object with the handle 0x%p is not defined on Interface with handle 0x%p",
-             devHandle, handle);
+    ReportError(*logger, report::kDeviceNotDefined, devHandle, handle);
     return false;
   }
   device->ReportDataStreams();
@@ -30,19 +27,14 @@ bool InterfaceNode::RemoveDevice(DEV_HANDLE devHandle) {
 
 void InterfaceNode::ReportDevices() const {
   for (const DeviceNode* device : devices) {
-    LogError(*logger,
-             "Device with handle 0x%p on interface 0x%p was not closed properly using DevClose()",
-             device->handle, handle);
+    ReportError(*logger, report::kDeviceLeftOpen, device->handle, handle);
   }
 }
 
 bool InterfaceNode::AddDataStream(DEV_HANDLE devHandle, DS_HANDLE dsHandle) {
   DeviceNode* device = FindRecord(devices, devHandle);
   if (device == nullptr) {
-    LogError(*logger,
-             "Unable to add DataStream with handle 0x%p! Device with handle 0x%p on Interface "
-             "0x%p was not found!",
-             dsHandle, devHandle, handle);
+    ReportError(*logger, report::kDataStreamNotAddedOnInterface, dsHandle, devHandle, handle);
     return true;
   }
   device->AddDataStream(dsHandle);
@@ -54,8 +46,7 @@ bool InterfaceNode::RemoveDataStream(DS_HANDLE dsHandle) {
                    [&](DeviceNode& device) { return device.RemoveDataStream(dsHandle); })) {
     return true;
   }
-  LogError(*logger, "Unable to remove DataStream with handle 0x%p on any Device on Interface 0x%p!",
-           dsHandle, handle);
+  ReportError(*logger, report::kDataStreamNotRemovedOnInterface, dsHandle, handle);
   return false;
 }
 
@@ -64,10 +55,7 @@ bool InterfaceNode::AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle) {
                    [&](DeviceNode& device) { return device.AddBuffer(dsHandle, bufferHandle); })) {
     return true;
   }
-  LogError(*logger,
-           "Unable to add Buffer with handle 0x%p! DataStream with handle 0x%p on Interface 0x%p "
-           "was not found!",
-           bufferHandle, dsHandle, handle);
+  ReportError(*logger, report::kBufferNotAddedOnInterface, bufferHandle, dsHandle, handle);
   return false;
 }
 
@@ -77,8 +65,7 @@ bool InterfaceNode::RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle)
       })) {
     return true;
   }
-  LogError(*logger, "Unable to remove Buffer with handle 0x%p on any Device on Interface 0x%p!",
-           bufferHandle, handle);
+  ReportError(*logger, report::kBufferNotRemovedOnInterface, bufferHandle, handle);
   return false;
 }
 
@@ -94,15 +81,12 @@ void InterfaceNode::OnFlushQueue(DS_HANDLE dsHandle, ACQ_QUEUE_TYPE operation) {
 }
 
 void InterfaceNode::ReportDuplicateEvent(EVENT_TYPE eventType) const {
-  LogError(*logger, "The Event type %s has already been registered on Interface with handle 0x%p",
-           EventTypeName(eventType), handle);
+  ReportError(*logger, report::kEventAddedTwiceOnInterface, EventTypeName(eventType), handle);
 }
 
 void InterfaceNode::ReportEvent(const EventRegistration& registration) const {
-  LogWarn(*logger,
-          "Event type %s with handle 0x%p on interface 0x%p was not unregistered directly using "
-          "GCUnregisterEvent()",
-          EventTypeName(registration.eventType), registration.eventHandle, handle);
+  ReportWarn(*logger, report::kEventLeftOnInterface, EventTypeName(registration.eventType),
+             registration.eventHandle, handle);
 }
 
 }  // namespace vextrel

@@ -1,4 +1,5 @@
-// An interface that is open on the transport layer, with the devices open on it.
+// SPDX-License-Identifier: MIT
+// The record of an interface that is open on the transport layer, and of the devices open on it.
 #ifndef VEXTREL_REGISTRY_INTERFACE_NODE_H
 #define VEXTREL_REGISTRY_INTERFACE_NODE_H
 
@@ -7,6 +8,7 @@
 
 #include "gentl/gentl.h"
 #include "registry/device_node.h"
+#include "registry/event_list.h"
 #include "registry/event_operations.h"
 #include "registry/event_registration.h"
 #include "registry/record_list.h"
@@ -19,17 +21,17 @@ class InterfaceNode : public EventOperations<InterfaceNode> {
   InterfaceNode(IF_HANDLE ifHandle, log4cpp::Category* category)
       : logger(category), handle(ifHandle) {}
 
-  // Always true: a duplicate is reported here and counts as a success.
+  // Always returns true: a duplicate is reported and counts as success (Kept: 54).
   bool AddDevice(DEV_HANDLE devHandle);
-  // False, with a line, if the device is not open here.
+  // Returns false, and reports it, if the device isn't open here.
   [[nodiscard]] bool RemoveDevice(DEV_HANDLE devHandle);
-  // One error for each device that is still open; nothing below the devices.
+  // Reports each device that is still open, and nothing below it.
   void ReportDevices() const;
 
-  // Always true, even if the device is not open here, which is reported: the transport layer
-  // deliberately asks no further interface then.
+  // Kept: 53. Always returns true, which ends the transport layer's search, even if the device
+  // isn't open here; that is reported.
   [[nodiscard]] bool AddDataStream(DEV_HANDLE devHandle, DS_HANDLE dsHandle);
-  // The next three are false, with a line, if no device here has the stream.
+  // The next three return false, and report it, if no device here has the stream.
   [[nodiscard]] bool RemoveDataStream(DS_HANDLE dsHandle);
   [[nodiscard]] bool AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);
   [[nodiscard]] bool RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandle);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ordered child lists of the handle registry's records.
 //
 // Not thread-safe: the registry takes no lock, see transport_layer_node.h.
@@ -11,19 +12,19 @@
 
 namespace vextrel {
 
-// Records in the order in which they were added. Plain pointers on purpose: a list that is emptied
-// or destroyed forgets its records and leaves them allocated. Only TakeRecord gives one up.
+// Records in the order they were added. Kept: 52. Emptying or destroying a list forgets its records
+// and leaves them allocated, hence the plain pointers; only TakeRecord gives one up.
 template <typename Record>
 using RecordList = std::vector<Record*>;
 
-// The first record with that handle, or null.
+// Returns the first record with that handle, or null.
 template <typename Record>
 [[nodiscard]] Record* FindRecord(const RecordList<Record>& records, const void* handle) {
   const auto found = std::ranges::find(records, handle, &Record::handle);
   return found == records.end() ? nullptr : *found;
 }
 
-// Appends a new record; false, and nothing done, if there is one with that handle.
+// Appends a new record. Returns false, and does nothing, if there's already one with that handle.
 template <typename Record>
 [[nodiscard]] bool AddRecord(RecordList<Record>& records, void* handle, log4cpp::Category* logger) {
   if (FindRecord(records, handle) != nullptr) {
@@ -35,7 +36,7 @@ template <typename Record>
   return true;
 }
 
-// Takes the first record with that handle out of the list; null if there is none.
+// Removes the first record with that handle from the list and returns it, or null if there's none.
 template <typename Record>
 [[nodiscard]] std::unique_ptr<Record> TakeRecord(RecordList<Record>& records, const void* handle) {
   const auto found = std::ranges::find(records, handle, &Record::handle);
@@ -47,7 +48,7 @@ template <typename Record>
   return record;
 }
 
-// Makes each record the offer, in order, until one accepts it.
+// Calls `offer` with each record, in order, until it returns true. Returns true iff it did.
 template <typename Record, typename Offer>
 [[nodiscard]] bool OfferInOrder(const RecordList<Record>& records, Offer offer) {
   return std::ranges::any_of(records, [&](Record* record) { return offer(*record); });

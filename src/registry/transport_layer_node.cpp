@@ -1,15 +1,15 @@
+// SPDX-License-Identifier: MIT
 #include "registry/transport_layer_node.h"
 
 #include "calllog/line_log.h"
+#include "calllog/log_text.h"
 #include "calllog/value_names.h"
 
 namespace vextrel {
 
 bool TransportLayerNode::AddInterface(IF_HANDLE ifHandle) {
   if (!AddRecord(interfaces, ifHandle, logger)) {
-    LogError(*logger,
-             "Interface object with the handle 0x%p has already been added on TL with handle 0x%p",
-             ifHandle, handle);
+    ReportError(*logger, report::kInterfaceAddedTwice, ifHandle, handle);
     return false;
   }
   return true;
@@ -18,8 +18,7 @@ bool TransportLayerNode::AddInterface(IF_HANDLE ifHandle) {
 bool TransportLayerNode::RemoveInterface(IF_HANDLE ifHandle) {
   const auto interfaceNode = TakeRecord(interfaces, ifHandle);
   if (interfaceNode == nullptr) {
-    LogError(*logger, "Interface object with the handle 0x%p is not defined on TL with handle 0x%p",
-             ifHandle, handle);
+    ReportError(*logger, report::kInterfaceNotDefined, ifHandle, handle);
     return false;
   }
   interfaceNode->ReportDevices();
@@ -29,19 +28,14 @@ bool TransportLayerNode::RemoveInterface(IF_HANDLE ifHandle) {
 
 void TransportLayerNode::ReportInterfaces() const {
   for (const InterfaceNode* interfaceNode : interfaces) {
-    LogError(*logger,
-             "Interface with handle 0x%p on TL 0x%p was not closed properly using IFClose()",
-             interfaceNode->handle, handle);
+    ReportError(*logger, report::kInterfaceLeftOpen, interfaceNode->handle, handle);
   }
 }
 
 bool TransportLayerNode::AddDevice(IF_HANDLE ifHandle, DEV_HANDLE devHandle) {
   InterfaceNode* interfaceNode = FindRecord(interfaces, ifHandle);
   if (interfaceNode == nullptr) {
-    LogError(*logger,
-             "Unable to add Device with handle 0x%p! Interface with handle 0x%p on TL 0x%p was not "
-             "found!",
-             devHandle, ifHandle, handle);
+    ReportError(*logger, report::kDeviceNotAdded, devHandle, ifHandle, handle);
     return true;
   }
   interfaceNode->AddDevice(devHandle);
@@ -54,8 +48,7 @@ bool TransportLayerNode::RemoveDevice(DEV_HANDLE devHandle) {
       })) {
     return true;
   }
-  LogError(*logger, "Unable to remove Device with handle 0x%p on any Interface on TL 0x%p!",
-           devHandle, handle);
+  ReportError(*logger, report::kDeviceNotRemoved, devHandle, handle);
   return false;
 }
 
@@ -65,10 +58,7 @@ bool TransportLayerNode::AddDataStream(DEV_HANDLE devHandle, DS_HANDLE dsHandle)
       })) {
     return true;
   }
-  LogError(*logger,
-           "Unable to add DataStream with handle 0x%p! Device with handle 0x%p on TL 0x%p was not "
-           "found!",
-           dsHandle, devHandle, handle);
+  ReportError(*logger, report::kDataStreamNotAdded, dsHandle, devHandle, handle);
   return false;
 }
 
@@ -78,8 +68,7 @@ bool TransportLayerNode::RemoveDataStream(DS_HANDLE dsHandle) {
       })) {
     return true;
   }
-  LogError(*logger, "Unable to remove DataStream with handle 0x%p on any Interface on TL 0x%p!",
-           dsHandle, handle);
+  ReportError(*logger, report::kDataStreamNotRemoved, dsHandle, handle);
   return false;
 }
 
@@ -89,10 +78,7 @@ bool TransportLayerNode::AddBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHandl
       })) {
     return true;
   }
-  LogError(*logger,
-           "Unable to add Buffer with handle 0x%p! DataStream with handle 0x%p on TL 0x%p was not "
-           "found!",
-           bufferHandle, dsHandle, handle);
+  ReportError(*logger, report::kBufferNotAdded, bufferHandle, dsHandle, handle);
   return false;
 }
 
@@ -102,8 +88,7 @@ bool TransportLayerNode::RemoveBuffer(DS_HANDLE dsHandle, BUFFER_HANDLE bufferHa
       })) {
     return true;
   }
-  LogError(*logger, "Unable to remove Buffer with handle 0x%p on any Interface on TL 0x%p!",
-           bufferHandle, handle);
+  ReportError(*logger, report::kBufferNotRemoved, bufferHandle, handle);
   return false;
 }
 
@@ -125,10 +110,7 @@ bool TransportLayerNode::AddEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventType,
     return true;
   }
   if (source != handle) {
-    LogError(*logger,
-             "The Event type %s has not been registered since the handle 0x%p has not been found "
-             "on any Interface",
-             EventTypeName(eventType), source);
+    ReportError(*logger, report::kEventSourceNotFound, EventTypeName(eventType), source);
   }
   return false;
 }
@@ -138,9 +120,8 @@ bool TransportLayerNode::RemoveEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventTyp
     if (events.Erase(eventType)) {
       return true;
     }
-    LogError(*logger,
-             "Unable to remove Event type %s on TL 0x%p! Event was not added or already removed!",
-             EventTypeName(eventType), source);
+    ReportError(*logger, report::kEventNotRemovedOnTransportLayer, EventTypeName(eventType),
+                source);
     return false;
   }
   if (OfferInOrder(interfaces, [&](InterfaceNode& interfaceNode) {
@@ -148,10 +129,8 @@ bool TransportLayerNode::RemoveEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventTyp
       })) {
     return true;
   }
-  // "on TL" is followed by the event source that was named, which is not the TL, on purpose.
-  LogError(*logger,
-           "Unable to remove Event type %s on TL 0x%p! Event was not found on any Interface!",
-           EventTypeName(eventType), source);
+  // Kept: 59.
+  ReportError(*logger, report::kEventNotRemoved, EventTypeName(eventType), source);
   return false;
 }
 
@@ -160,15 +139,12 @@ bool TransportLayerNode::ReleaseEventsOn(TransportLayerNode* root, EVENTSRC_HAND
 }
 
 void TransportLayerNode::ReportDuplicateEvent(EVENT_TYPE eventType) const {
-  LogError(*logger, "The Event type %s has already been registered on TL with handle 0x%p",
-           EventTypeName(eventType), handle);
+  ReportError(*logger, report::kEventAddedTwiceOnTransportLayer, EventTypeName(eventType), handle);
 }
 
 void TransportLayerNode::ReportEvent(const EventRegistration& registration) const {
-  LogWarn(*logger,
-          "Event type %s with handle 0x%p on Transport Layer 0x%p was not unregistered directly "
-          "using GCUnregisterEvent()",
-          EventTypeName(registration.eventType), registration.eventHandle, handle);
+  ReportWarn(*logger, report::kEventLeftOnTransportLayer, EventTypeName(registration.eventType),
+             registration.eventHandle, handle);
 }
 
 }  // namespace vextrel

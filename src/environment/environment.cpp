@@ -1,4 +1,5 @@
-#include "lifecycle/environment.h"
+// SPDX-License-Identifier: MIT
+#include "environment/environment.h"
 
 #include <array>
 #include <cstdarg>
@@ -11,11 +12,11 @@
 namespace vextrel {
 namespace {
 
-// A value that does not fit the buffer of its first reading is read whole by a second one.
+// Reads a value that didn't fit the first buffer. `size` is the size that it needed.
 std::string ReadWhole(const char* name, std::uint32_t size) {
   std::string value(size, '\0');
   const platform::VariableRead read = platform::ReadVariable(name, value.data(), size);
-  // Changed in between: what is there now does not fit, so there is nothing to show.
+  // If the variable has changed meanwhile and no longer fits, the value is empty.
   value.resize(read.count < size ? read.count : 0);
   return value;
 }
@@ -54,7 +55,7 @@ std::string ExpandEnvReference(const std::string& input, bool escapeSpaces) {
   }
   const std::string value =
       read.count < buffer.size() ? buffer.data() : ReadWhole(name.c_str(), read.count);
-  // Only the first reference is expanded, and blanks are kept here, on purpose.
+  // Kept: 7. Only the first reference is expanded, and blanks stay.
   return text.replace(begin, end - begin + 1, value);
 }
 
@@ -62,7 +63,7 @@ std::string FormatString(const char* format, ...) {
   std::array<char, 256> buffer{};
   std::va_list arguments;
   va_start(arguments, format);
-  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, the check is mistaken.
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): a false positive.
   static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
   va_end(arguments);
   return buffer.data();

@@ -1,4 +1,5 @@
-#include "registry/event_registration.h"
+// SPDX-License-Identifier: MIT
+#include "registry/event_list.h"
 
 #include <algorithm>
 #include <memory>
