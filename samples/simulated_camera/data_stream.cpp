@@ -1,15 +1,24 @@
+// SPDX-License-Identifier: MIT
 #include "data_stream.h"
 
 #include <algorithm>
+#include <chrono>
+#include <exception>
 #include <span>
 #include <utility>
 
-#include "event_data.h"
+#include "events.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 constexpr ModuleKind kDataStreamKind{"TLDataStream", "StreamPort", "StreamID"};
+
+uint64_t Nanoseconds() {
+  using std::chrono::duration_cast, std::chrono::nanoseconds, std::chrono::steady_clock;
+  return static_cast<uint64_t>(
+      duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count());
+}
 
 }  // namespace
 
@@ -23,8 +32,8 @@ std::shared_ptr<EventQueue> DataStream::MakeOutputQueue() {
   return std::make_shared<EventQueue>(EVENT_NEW_BUFFER,
                                       [this](const Event& event, EventQueue::Fate fate) {
                                         auto& buffer = static_cast<Buffer&>(*event.subject);
-                                        buffer.place = Buffer::Place::kUnqueued;
-                                        if (fate == EventQueue::Fate::kDelivered) {
+                                        buffer.place = Buffer::Place::Unqueued;
+                                        if (fate == EventQueue::Fate::Delivered) {
                                           ++delivered_;
                                         }
                                       });
@@ -53,19 +62,25 @@ void DataStream::BeforeClose() {
   announced_.clear();
 }
 
-std::shared_ptr<Buffer> DataStream::Announce(void* base, size_t size, void* userPointer) {
-  if (size == 0) {
-    throw Failure(GC_ERR_INVALID_PARAMETER, "a buffer needs a size");
-  }
+std::shared_ptr<Buffer> DataStream::Announce(BufferLayout layout, void* userPointer) {
   const std::scoped_lock lock(mutex_);
-  const auto isSame = [base](const auto& other) {
-    return base != nullptr && other->Base() == base;
-  };
-  if (std::ranges::any_of(announced_, isSame)) {
-    throw Failure(GC_ERR_RESOURCE_IN_USE, "this memory is announced already");
+  std::vector<const void*> taken;
+  for (const auto& other : announced_) {
+    for (const Segment& segment : other->Segments()) {
+      taken.push_back(segment.base);
+    }
+  }
+  for (const Segment& segment : layout.segments) {
+    if (segment.size == 0) {
+      throw Failure(GC_ERR_INVALID_PARAMETER, "a buffer needs a size");
+    }
+    if (segment.base != nullptr && std::ranges::find(taken, segment.base) != taken.end()) {
+      throw Failure(GC_ERR_RESOURCE_IN_USE, "this memory is announced already");
+    }
+    taken.push_back(segment.base);
   }
   announced_.push_back(std::make_shared<Buffer>(Id() + "-Buffer" + std::to_string(buffersMade_),
-                                                weak_from_this(), base, size, userPointer));
+                                                weak_from_this(), std::move(layout), userPointer));
   ++buffersMade_;
   return announced_.back();
 }
@@ -73,7 +88,7 @@ std::shared_ptr<Buffer> DataStream::Announce(void* base, size_t size, void* user
 void DataStream::Revoke(const std::shared_ptr<Buffer>& buffer) {
   const std::scoped_lock lock(mutex_);
   RequireOwn(*buffer);
-  if (buffer->place != Buffer::Place::kUnqueued) {
+  if (buffer->place != Buffer::Place::Unqueued) {
     throw Failure(GC_ERR_RESOURCE_IN_USE, "the buffer is queued");
   }
   std::erase(announced_, buffer);
@@ -82,7 +97,7 @@ void DataStream::Revoke(const std::shared_ptr<Buffer>& buffer) {
 void DataStream::Queue(const std::shared_ptr<Buffer>& buffer) {
   const std::scoped_lock lock(mutex_);
   RequireOwn(*buffer);
-  if (buffer->place != Buffer::Place::kUnqueued) {
+  if (buffer->place != Buffer::Place::Unqueued) {
     throw Failure(GC_ERR_RESOURCE_IN_USE, "the buffer is queued already");
   }
   ToInput(buffer);
@@ -109,7 +124,7 @@ void DataStream::Flush(ACQ_QUEUE_TYPE operation) {
     case ACQ_QUEUE_ALL_DISCARD:
       output_->Discard();
       for (const auto& buffer : std::exchange(input_, {})) {
-        buffer->place = Buffer::Place::kUnqueued;
+        buffer->place = Buffer::Place::Unqueued;
       }
       break;
     default:
@@ -189,18 +204,16 @@ InfoValue DataStream::Info(STREAM_INFO_CMD command) const {
     case STREAM_INFO_TLTYPE:
       return InfoValue::Text(kTransportType);
     case STREAM_INFO_NUM_CHUNKS_MAX:
-      return InfoValue::Size(0);
+      return InfoValue::Size(kChunkCount);
     case STREAM_INFO_NUM_ANNOUNCE_MIN:
+    case STREAM_INFO_BUF_ALIGNMENT:
       return InfoValue::Size(1);
+    case STREAM_INFO_FLOW_TABLE:
+    case STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR:
+      NothingToTell(command);
     default:
       RefuseCommand(command);
   }
-}
-
-InfoValue DataStream::BufferInfo(const Buffer& buffer, BUFFER_INFO_CMD command) const {
-  const std::scoped_lock lock(mutex_);
-  RequireOwn(buffer);
-  return buffer.Info(command);
 }
 
 std::shared_ptr<Buffer> DataStream::BufferAt(uint32_t index) const {
@@ -218,20 +231,92 @@ void DataStream::RequireOwn(const Buffer& buffer) const {
 void DataStream::ToInput(const std::shared_ptr<Buffer>& buffer) {
   input_.push_back(buffer);
   buffer->frame.isNew = false;
-  buffer->place = Buffer::Place::kInput;
+  buffer->place = Buffer::Place::Input;
 }
 
 void DataStream::ToOutput(const std::shared_ptr<Buffer>& buffer) {
-  buffer->place = Buffer::Place::kOutput;
+  buffer->place = Buffer::Place::Output;
   output_->Push(NewBufferEvent(buffer, buffer->UserPointer()));
 }
 
 void DataStream::UnqueuedToInput() {
   for (const auto& buffer : announced_) {
-    if (buffer->place == Buffer::Place::kUnqueued) {
+    if (buffer->place == Buffer::Place::Unqueued) {
       ToInput(buffer);
     }
   }
 }
 
-}  // namespace simcam
+bool DataStream::ProduceFrame() noexcept {
+  try {
+    if (!camera_->FramesFlow()) {
+      return true;
+    }
+    if (LosesNextFrame()) {
+      return true;
+    }
+    const auto buffer = NextBuffer();
+    if (buffer == nullptr) {
+      return true;
+    }
+    const size_t payload = buffer->frame.geometry.PayloadSize();
+    const bool isWhole = !camera_->LeavesFrameIncomplete(buffer->frame.id);
+    const size_t room = isWhole ? buffer->Size() : std::min(buffer->Size(), payload / 2);
+    const size_t filled =
+        PaintFrame({static_cast<std::byte*>(buffer->Base()), room}, buffer->frame, killed_);
+    const bool more = FinishFrame(buffer, filled);
+    if (buffer->Size() < payload) {
+      Fire(EVENT_ERROR, ErrorEvent(GC_ERR_INVALID_BUFFER, "the buffer is smaller than the frame"));
+    }
+    return more;
+  } catch (const std::exception&) {
+    // This thread has nobody to report to; the consumer notices that the frames have stopped.
+    const std::scoped_lock lock(mutex_);
+    grabbing_ = false;
+    return false;
+  }
+}
+
+bool DataStream::LosesNextFrame() {
+  const std::scoped_lock lock(mutex_);
+  const bool loses = camera_->LosesFrame(frames_);
+  frames_ += loses ? 1 : 0;
+  return loses;
+}
+
+std::shared_ptr<Buffer> DataStream::NextBuffer() {
+  const std::scoped_lock lock(mutex_);
+  const uint64_t id = frames_++;
+  if (input_.empty()) {
+    ++underruns_;
+    return nullptr;
+  }
+  auto buffer = input_.front();
+  input_.pop_front();
+  buffer->place = Buffer::Place::Filling;
+  buffer->frame = {};
+  buffer->frame.geometry = camera_->CurrentGeometry();
+  buffer->frame.id = id;
+  buffer->frame.timestamp = Nanoseconds();
+  ++started_;
+  return buffer;
+}
+
+bool DataStream::FinishFrame(const std::shared_ptr<Buffer>& buffer, size_t filled) {
+  const std::scoped_lock lock(mutex_);
+  if (killed_) {
+    input_.push_front(buffer);
+    buffer->place = Buffer::Place::Input;
+    return false;
+  }
+  FrameRecord& frame = buffer->frame;
+  frame.present = frame.isNew = true;
+  frame.incomplete = filled < frame.geometry.PayloadSize();
+  frame.filled = filled;
+  ToOutput(buffer);
+  ++acquired_;
+  grabbing_ = acquired_ < limit_;
+  return grabbing_;
+}
+
+}  // namespace simulated_camera

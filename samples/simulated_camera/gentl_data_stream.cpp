@@ -1,16 +1,17 @@
+// SPDX-License-Identifier: MIT
 #include "library.h"
 
-using simcam::Buffer;
-using simcam::Call;
-using simcam::DataStream;
-using simcam::Library;
-using simcam::Required;
+using simulated_camera::Buffer;
+using simulated_camera::Call;
+using simulated_camera::DataStream;
+using simulated_camera::Library;
+using simulated_camera::Required;
 
 namespace {
 
 BUFFER_HANDLE Announce(Library& library, DataStream& stream, void* base, size_t size,
                        void* userPointer) {
-  const auto buffer = stream.Announce(base, size, userPointer);
+  const auto buffer = stream.Announce({{{base, size}}, false}, userPointer);
   stream.Adopt(buffer);
   return library.Handles().Add(buffer);
 }
@@ -24,7 +25,7 @@ GC_ERROR GC_CALLTYPE DSAnnounceBuffer(DS_HANDLE hDataStream, void* pBuffer, size
     const auto stream = library.Get<DataStream>(hDataStream);
     BUFFER_HANDLE& handle = Required(phBuffer, "phBuffer");
     if (pBuffer == nullptr) {
-      throw simcam::Failure(GC_ERR_INVALID_PARAMETER, "pBuffer is null");
+      throw simulated_camera::Failure(GC_ERR_INVALID_PARAMETER, "pBuffer is null");
     }
     handle = Announce(library, *stream, pBuffer, iSize, pPrivate);
   });
@@ -92,7 +93,7 @@ GC_ERROR GC_CALLTYPE DSRevokeBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer
     stream->Revoke(buffer);
     buffer->Close(library.Handles());
     if (ppBuffer != nullptr) {
-      *ppBuffer = buffer->OwnsMemory() ? nullptr : buffer->Base();
+      *ppBuffer = buffer->ConsumersMemory();
     }
     if (ppPrivate != nullptr) {
       *ppPrivate = buffer->UserPointer();
@@ -111,6 +112,8 @@ GC_ERROR GC_CALLTYPE DSGetBufferInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffe
                                      size_t* piSize) {
   return Call("DSGetBufferInfo", [&](const Library& library) {
     const auto stream = library.Get<DataStream>(hDataStream);
-    stream->BufferInfo(*library.Get<Buffer>(hBuffer), iInfoCmd).CopyTo(piType, pBuffer, piSize);
+    stream->Inspect(*library.Get<Buffer>(hBuffer), [&](const Buffer& buffer) {
+      buffer.Info(iInfoCmd).CopyTo(piType, pBuffer, piSize);
+    });
   });
 }

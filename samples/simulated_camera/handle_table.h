@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_SAMPLES_SIMULATED_CAMERA_HANDLE_TABLE_H
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_HANDLE_TABLE_H
 
@@ -7,9 +8,9 @@
 
 #include "failure.h"
 
-namespace simcam {
+namespace simulated_camera {
 
-// Anything that a GenTL handle can stand for. The handle is the object's address.
+// Anything with a GenTL handle. The handle is the object's address.
 class Object {
  public:
   Object() = default;
@@ -20,16 +21,16 @@ class Object {
   [[nodiscard]] void* Handle() noexcept { return this; }
 };
 
-// The live handles. It owns the objects; calls under way keep theirs alive until they end, so a
-// handle value is only used again once nobody works with its former object. Thread-safe.
+// Owns the objects behind all live handles. A running call keeps its objects alive, so no handle
+// value is reused while somebody still works with its former object. Thread-safe.
 class HandleTable {
  public:
   // Returns the object's handle.
   void* Add(const std::shared_ptr<Object>& object);
   void Remove(void* handle);
 
-  // The object of a handle. An unknown handle is never followed. Throws GC_ERR_INVALID_HANDLE
-  // unless it is live and stands for a T.
+  // Throws GC_ERR_INVALID_HANDLE unless `handle` is live and its object is a T. Never dereferences
+  // an unknown handle.
   template <class T>
   [[nodiscard]] std::shared_ptr<T> Get(void* handle) const {
     auto object = std::dynamic_pointer_cast<T>(Find(handle));
@@ -46,6 +47,28 @@ class HandleTable {
   std::unordered_map<void*, std::shared_ptr<Object>> objects_;
 };
 
-}  // namespace simcam
+inline void* HandleTable::Add(const std::shared_ptr<Object>& object) {
+  const std::scoped_lock lock(mutex_);
+  void* const handle = object->Handle();
+  objects_.insert_or_assign(handle, object);
+  return handle;
+}
+
+inline void HandleTable::Remove(void* handle) {
+  std::shared_ptr<Object> removed;  // Destroyed after the lock is released.
+  const std::scoped_lock lock(mutex_);
+  if (const auto found = objects_.find(handle); found != objects_.end()) {
+    removed = std::move(found->second);
+    objects_.erase(found);
+  }
+}
+
+inline std::shared_ptr<Object> HandleTable::Find(void* handle) const {
+  const std::scoped_lock lock(mutex_);
+  const auto found = objects_.find(handle);
+  return found != objects_.end() ? found->second : nullptr;
+}
+
+}  // namespace simulated_camera
 
 #endif  // VEXTREL_SAMPLES_SIMULATED_CAMERA_HANDLE_TABLE_H

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "info_value.h"
 
 #include <cstring>
 
 #include "failure.h"
 
-namespace simcam {
+namespace simulated_camera {
 
 InfoValue::InfoValue(INFO_DATATYPE type, const void* bytes, size_t size)
     : type_(type), bytes_(static_cast<const char*>(bytes), size) {}
@@ -21,6 +22,10 @@ InfoValue InfoValue::Bool(bool value) {
 
 InfoValue InfoValue::Int32(int32_t value) {
   return {INFO_DATATYPE_INT32, &value, sizeof(value)};
+}
+
+InfoValue InfoValue::UInt32(uint32_t value) {
+  return {INFO_DATATYPE_UINT32, &value, sizeof(value)};
 }
 
 InfoValue InfoValue::UInt64(uint64_t value) {
@@ -45,7 +50,7 @@ void InfoValue::CopyTo(INFO_DATATYPE* type, void* buffer, size_t* size) const {
     return;
   }
   if (room < bytes_.size()) {
-    throw Failure(GC_ERR_INVALID_BUFFER, "the buffer is too small");
+    throw Failure(kBufferTooSmall, "the buffer is too small");
   }
   std::memcpy(buffer, bytes_.data(), bytes_.size());
 }
@@ -62,4 +67,4 @@ void NothingToTell(int32_t command) {
   throw Failure(GC_ERR_NOT_AVAILABLE, "no answer to command " + std::to_string(command));
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

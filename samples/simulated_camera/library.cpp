@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "library.h"
 
 #include <utility>
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 std::mutex currentMutex;
-// A plain pointer, so that no destructor touches the library when the module is unloaded.
+// A plain pointer, because no destructor may touch the library when the module is unloaded.
 std::shared_ptr<Library>* current = nullptr;
 
 }  // namespace
@@ -56,4 +57,4 @@ void* Library::OpenTransportLayer() {
   return handles_.Add(transportLayer);
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

@@ -1,24 +1,24 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_SAMPLES_SIMULATED_CAMERA_LIBRARY_H
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_LIBRARY_H
 
 #include <memory>
 #include <mutex>
 
+#include "failure.h"
 #include "handle_table.h"
-#include "last_error.h"
 #include "settings.h"
-#include "transport_layer.h"
+#include "tree.h"
 
-namespace simcam {
+namespace simulated_camera {
 
-// Everything between GCInitLib and GCCloseLib. A consumer that unloads the module without
-// GCCloseLib leaves it behind on the heap: nothing is torn down at unload, where threads could
-// not be ended safely.
+// Everything that exists from GCInitLib to GCCloseLib. It leaks if the consumer unloads the module
+// without GCCloseLib: threads cannot be joined safely at unload.
 class Library {
  public:
-  // Throws GC_ERR_RESOURCE_IN_USE if there is one already.
+  // Throws GC_ERR_RESOURCE_IN_USE if the library exists already.
   static void Init();
-  // Closes whatever is open and ends all threads. Throws GC_ERR_NOT_INITIALIZED.
+  // Closes everything and joins all threads. Throws GC_ERR_NOT_INITIALIZED.
   static void Close();
   // Throws GC_ERR_NOT_INITIALIZED.
   [[nodiscard]] static std::shared_ptr<Library> Current();
@@ -36,10 +36,11 @@ class Library {
     return handles_.Get<T>(handle);
   }
 
-  // Whoever opens or closes something holds this, from before looking its handles up.
+  // Locks the tree of modules. A call that opens or closes something takes this lock before it
+  // looks up any handle.
   [[nodiscard]] std::unique_lock<std::mutex> LockTree() { return std::unique_lock(treeMutex_); }
 
-  // With the tree lock held. Throws GC_ERR_RESOURCE_IN_USE.
+  // REQUIRES: the tree lock is held. Throws GC_ERR_RESOURCE_IN_USE.
   [[nodiscard]] void* OpenTransportLayer();
 
  private:
@@ -50,8 +51,8 @@ class Library {
   std::weak_ptr<TransportLayer> transportLayer_;
 };
 
-// What every GenTL function does around its own work: turns exceptions into error codes, which
-// GCGetLastError then tells. The body is called with the library.
+// Runs the body of a GenTL function with the current library. Turns exceptions into error codes
+// and records them for GCGetLastError.
 template <class Body>
 [[nodiscard]] GC_ERROR Call(const char* function, const Body& body) noexcept {
   try {
@@ -62,6 +63,6 @@ template <class Body>
   }
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera
 
 #endif  // VEXTREL_SAMPLES_SIMULATED_CAMERA_LIBRARY_H

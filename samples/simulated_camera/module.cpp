@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "module.h"
 
 #include <algorithm>
@@ -6,30 +7,32 @@
 
 #include "xml.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 constexpr size_t kIdSize = 64;
 constexpr uint64_t kModuleXmlAddress = 0x1000;
+
+constexpr int32_t kUrlSchemeLocal = 0;
 
 PortRegisters OwnRegisters(const ModuleKind& kind, std::string_view id) {
   const std::string xml = ModuleXml(kind.name, kind.portName, kind.idFeature, kIdSize);
   PortRegisters registers;
   registers.map.AddText(kind.idFeature, 0, kIdSize, id);
   registers.map.AddText("the description", kModuleXmlAddress, xml.size(), xml);
-  registers.url = LocalUrl(kind.name, kModuleXmlAddress, xml.size());
+  registers.description = {std::string(kind.name) + ".xml", kModuleXmlAddress, xml.size()};
   return registers;
 }
 
 }  // namespace
 
-std::string LocalUrl(std::string_view name, uint64_t address, size_t size) {
+std::string Description::Url() const {
   const auto hex = [](uint64_t number) {
     char digits[16];
     const auto end = std::to_chars(digits, digits + sizeof(digits), number, 16).ptr;
     return std::string(digits, end);
   };
-  return "local:" + std::string(name) + ".xml;" + hex(address) + ";" + hex(size);
+  return "local:" + fileName + ";" + hex(address) + ";" + hex(size);
 }
 
 Module::Module(const ModuleKind& kind, const std::string& id, std::weak_ptr<Module> parent)
@@ -40,7 +43,7 @@ Module::Module(const ModuleKind& kind, std::string id, std::weak_ptr<Module> par
     : registers_(std::move(registers.map)),
       kind_(kind),
       id_(std::move(id)),
-      url_(std::move(registers.url)),
+      description_(std::move(registers.description)),
       parent_(std::move(parent)) {}
 
 InfoValue Module::PortInfo(PORT_INFO_CMD command) const {
@@ -76,7 +79,7 @@ InfoValue Module::PortInfo(PORT_INFO_CMD command) const {
 InfoValue Module::UrlInfo(URL_INFO_CMD command) const {
   switch (command) {
     case URL_INFO_URL:
-      return InfoValue::Text(url_);
+      return InfoValue::Text(Url());
     case URL_INFO_SCHEMA_VER_MAJOR:
     case URL_INFO_SCHEMA_VER_MINOR:
     case URL_INFO_FILE_VER_MAJOR:
@@ -84,6 +87,16 @@ InfoValue Module::UrlInfo(URL_INFO_CMD command) const {
     case URL_INFO_FILE_VER_MINOR:
     case URL_INFO_FILE_VER_SUBMINOR:
       return InfoValue::Int32(0);
+    case URL_INFO_FILE_SHA1_HASH:
+      NothingToTell(command);
+    case URL_INFO_FILE_REGISTER_ADDRESS:
+      return InfoValue::UInt64(description_.address);
+    case URL_INFO_FILE_SIZE:
+      return InfoValue::UInt64(description_.size);
+    case URL_INFO_SCHEME:
+      return InfoValue::Int32(kUrlSchemeLocal);
+    case URL_INFO_FILENAME:
+      return InfoValue::Text(description_.fileName);
     default:
       RefuseCommand(command);
   }
@@ -154,11 +167,22 @@ void Module::Adopt(const std::shared_ptr<Module>& child) {
   children_.push_back(child);
 }
 
-bool Module::HasOpenChild(std::string_view id) const {
-  return std::ranges::any_of(children_, [id](const std::weak_ptr<Module>& weak) {
-    const auto child = weak.lock();
-    return child != nullptr && !child->Closed() && child->id_ == id;
-  });
+std::shared_ptr<Module> Module::OpenChild(std::string_view id) const {
+  for (const std::weak_ptr<Module>& weak : children_) {
+    auto child = weak.lock();
+    if (child != nullptr && !child->Closed() && child->id_ == id) {
+      return child;
+    }
+  }
+  return nullptr;
+}
+
+void* Module::ParentHandle() const {
+  const auto parent = parent_.lock();
+  if (parent == nullptr) {
+    throw Failure(GC_ERR_INVALID_HANDLE, "the parent has been closed");
+  }
+  return parent->Handle();
 }
 
 void Module::Close(HandleTable& handles) {
@@ -183,4 +207,4 @@ void Module::Close(HandleTable& handles) {
   handles.Remove(Handle());
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

@@ -1,14 +1,15 @@
+// SPDX-License-Identifier: MIT
 #include "pacer.h"
 
 #include <chrono>
 #include <utility>
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Who is later than that, because the process was halted for example, starts afresh.
+// After a longer delay, such as a suspended process, the schedule starts over.
 constexpr auto kMostToMakeUp = std::chrono::milliseconds(200);
 
 }  // namespace
@@ -46,4 +47,4 @@ void Pacer::Run() {
   }
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_SAMPLES_SIMULATED_CAMERA_PACER_H
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_PACER_H
 
@@ -8,16 +9,15 @@
 
 #include "platform.h"
 
-namespace simcam {
+namespace simulated_camera {
 
-// Does something at a steady pace, on a thread of its own.
+// Calls a function at a steady rate, on a thread of its own.
 class Pacer {
  public:
-  // Calls `tick` as often per second as `rate` tells, until it returns false or the pacer is
-  // destroyed; waits that came out too long are made up for. Throws std::system_error if there
-  // can be no thread.
+  // Calls `tick` rate() times per second until it returns false or the pacer is destroyed. Makes up
+  // for late ticks. Throws std::system_error if no thread can be started.
   Pacer(std::function<double()> rate, std::function<bool()> tick);
-  // Waits for a tick under way.
+  // Waits for a running tick to return.
   ~Pacer();
   Pacer(const Pacer&) = delete;
   Pacer& operator=(const Pacer&) = delete;
@@ -34,6 +34,6 @@ class Pacer {
   std::thread thread_;
 };
 
-}  // namespace simcam
+}  // namespace simulated_camera
 
 #endif  // VEXTREL_SAMPLES_SIMULATED_CAMERA_PACER_H

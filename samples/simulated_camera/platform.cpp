@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform.h"
 
 #if defined(_WIN32)
@@ -10,17 +11,18 @@
 #include <cstdlib>
 #endif
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
-// Its address tells the system which module we are.
-const char anchor = 0;
+// Lies in this module, which the system can look up by address.
+const char kAnchor = 0;
 
 }  // namespace
 
 #if defined(_WIN32)
 
-// Not getenv, whose copy of the environment a consumer's SetEnvironmentVariable does not reach.
+// Not getenv: its copy of the environment misses what the consumer sets with
+// SetEnvironmentVariable.
 std::optional<std::string> EnvironmentVariable(const char* name) {
   std::string value(256, '\0');
   for (;;) {
@@ -41,7 +43,7 @@ std::string ModulePath() {
   HMODULE module = nullptr;
   if (GetModuleHandleExA(
           GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-          &anchor, &module) == 0) {
+          &kAnchor, &module) == 0) {
     return {};
   }
   std::string path(32768, '\0');
@@ -51,7 +53,7 @@ std::string ModulePath() {
 
 ModulePin::ModulePin() {
   HMODULE module = nullptr;
-  if (GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, &anchor, &module) != 0) {
+  if (GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, &kAnchor, &module) != 0) {
     module_ = module;
   }
 }
@@ -71,7 +73,7 @@ std::optional<std::string> EnvironmentVariable(const char* name) {
 
 std::string ModulePath() {
   Dl_info info{};
-  if (dladdr(&anchor, &info) == 0 || info.dli_fname == nullptr) {
+  if (dladdr(&kAnchor, &info) == 0 || info.dli_fname == nullptr) {
     return {};
   }
   char absolute[PATH_MAX];
@@ -80,7 +82,7 @@ std::string ModulePath() {
 
 ModulePin::ModulePin() {
   Dl_info info{};
-  if (dladdr(&anchor, &info) != 0 && info.dli_fname != nullptr) {
+  if (dladdr(&kAnchor, &info) != 0 && info.dli_fname != nullptr) {
     module_ = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
   }
 }
@@ -93,4 +95,4 @@ ModulePin::~ModulePin() {
 
 #endif
 
-}  // namespace simcam
+}  // namespace simulated_camera

@@ -1,19 +1,20 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_SAMPLES_SIMULATED_CAMERA_PLATFORM_H
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_PLATFORM_H
 
 #include <optional>
 #include <string>
 
-namespace simcam {
+namespace simulated_camera {
 
-// The value of an environment variable, as the process has it now.
+// Returns the current value of an environment variable.
 [[nodiscard]] std::optional<std::string> EnvironmentVariable(const char* name);
 
-// The full path of this module, empty if the system does not tell.
+// Returns the full path of this module, or an empty string if the system cannot tell.
 [[nodiscard]] std::string ModulePath();
 
-// Keeps this module in memory, however often the consumer unloads it. A thread of ours holds one,
-// so that its code stays mapped even when the consumer forgets to stop it.
+// Keeps this module loaded even if the consumer unloads it: the code of a running thread must stay
+// mapped.
 class ModulePin {
  public:
   ModulePin();
@@ -25,6 +26,6 @@ class ModulePin {
   void* module_ = nullptr;
 };
 
-}  // namespace simcam
+}  // namespace simulated_camera
 
 #endif  // VEXTREL_SAMPLES_SIMULATED_CAMERA_PLATFORM_H

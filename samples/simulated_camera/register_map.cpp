@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "register_map.h"
 
 #include <algorithm>
 
 #include "failure.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 [[noreturn]] void RefuseAddress(uint64_t address) {
@@ -19,7 +20,7 @@ void RegisterMap::AddText(std::string_view feature, uint64_t address, size_t siz
   std::string content(text.substr(0, size));
   content.resize(size, '\0');
   registers_.push_back(
-      {std::string(feature), address, Register::Kind::kText, access, std::move(content)});
+      {std::string(feature), address, Register::Kind::Text, access, std::move(content)});
 }
 
 const Register* RegisterMap::At(uint64_t address) const {
@@ -53,10 +54,10 @@ const Register& RegisterMap::WriteTarget(uint64_t address, size_t size) const {
   if (size > target->content.size() - offset) {
     RefuseAddress(address);
   }
-  if (target->access != Register::Access::kReadWrite) {
+  if (target->access != Register::Access::ReadWrite) {
     throw Failure(GC_ERR_ACCESS_DENIED, target->feature + " cannot be written");
   }
-  if (target->kind == Register::Kind::kNumber && size != target->content.size()) {
+  if (target->kind == Register::Kind::Number && size != target->content.size()) {
     throw Failure(GC_ERR_INVALID_PARAMETER, target->feature + " can only be written as a whole");
   }
   return *target;
@@ -64,7 +65,7 @@ const Register& RegisterMap::WriteTarget(uint64_t address, size_t size) const {
 
 void RegisterMap::Store(uint64_t address, const void* data, size_t size) {
   if (size == 0) {
-    return;  // data may be null then
+    return;  // `data` may be null.
   }
   for (Register& target : registers_) {
     if (address >= target.address && address - target.address < target.content.size()) {
@@ -75,4 +76,4 @@ void RegisterMap::Store(uint64_t address, const void* data, size_t size) {
   }
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

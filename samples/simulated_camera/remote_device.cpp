@@ -1,12 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "remote_device.h"
 
 #include <cstring>
 #include <utility>
 
-#include "event_data.h"
+#include "events.h"
 #include "xml.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 constexpr ModuleKind kRemoteDeviceKind{"Device", "Device", {}};
@@ -15,6 +16,7 @@ constexpr uint64_t kVendorName = 0x0;
 constexpr uint64_t kModelName = 0x20;
 constexpr uint64_t kDeviceId = 0x40;
 constexpr uint64_t kUserId = 0x60;
+constexpr size_t kUserIdSize = 64;
 constexpr uint64_t kWidth = 0x100;
 constexpr uint64_t kHeight = 0x104;
 constexpr uint64_t kPixelFormat = 0x108;
@@ -26,24 +28,24 @@ constexpr uint64_t kAcquisitionStop = 0x124;
 constexpr uint64_t kCameraXmlAddress = 0x10000;
 
 PortRegisters CameraRegisters(const std::string& deviceId, const Settings& settings) {
-  constexpr auto kWritable = Register::Access::kReadWrite;
+  constexpr auto writable = Register::Access::ReadWrite;
   const Geometry geometry{settings.width, settings.height};
   PortRegisters registers;
   RegisterMap& map = registers.map;
   map.AddText("DeviceVendorName", kVendorName, 32, kVendor);
   map.AddText("DeviceModelName", kModelName, 32, kModel);
   map.AddText("DeviceID", kDeviceId, 32, deviceId);
-  map.AddText("DeviceUserID", kUserId, 64, "", kWritable);
-  map.AddNumber("Width", kWidth, geometry.width, kWritable);
-  map.AddNumber("Height", kHeight, geometry.height, kWritable);
+  map.AddText("DeviceUserID", kUserId, kUserIdSize, "", writable);
+  map.AddNumber("Width", kWidth, geometry.width, writable);
+  map.AddNumber("Height", kHeight, geometry.height, writable);
   map.AddNumber("PixelFormat", kPixelFormat, kMono8);
-  map.AddNumber("TLParamsLocked", kParamsLocked, uint32_t{0}, kWritable);
+  map.AddNumber("TLParamsLocked", kParamsLocked, uint32_t{0}, writable);
   map.AddNumber("PayloadSize", kPayloadSize, uint64_t{geometry.PayloadSize()});
-  map.AddNumber("AcquisitionFrameRate", kFrameRate, settings.rate, kWritable);
-  map.AddNumber("AcquisitionStart", kAcquisitionStart, uint32_t{0}, kWritable);
-  map.AddNumber("AcquisitionStop", kAcquisitionStop, uint32_t{0}, kWritable);
+  map.AddNumber("AcquisitionFrameRate", kFrameRate, settings.rate, writable);
+  map.AddNumber("AcquisitionStart", kAcquisitionStart, uint32_t{0}, writable);
+  map.AddNumber("AcquisitionStop", kAcquisitionStop, uint32_t{0}, writable);
   map.AddText("the description", kCameraXmlAddress, CameraXml().size(), CameraXml());
-  registers.url = LocalUrl("SimulatedCamera", kCameraXmlAddress, CameraXml().size());
+  registers.description = {"SimulatedCamera.xml", kCameraXmlAddress, CameraXml().size()};
   return registers;
 }
 
@@ -56,15 +58,15 @@ T As(const void* data) {
 
 template <class T>
 void RequireRange(T value, T lowest, T highest) {
-  // Written so that not-a-number fails as well.
+  // Rejects NaN, too.
   if (!(value >= lowest && value <= highest)) {
     throw Failure(GC_ERR_INVALID_PARAMETER, "the value is out of range");
   }
 }
 
-// The written value as EVENT_FEATURE_CHANGE tells it.
+// Returns the value for EVENT_FEATURE_CHANGE.
 std::string TextOf(const Register& target) {
-  if (target.kind == Register::Kind::kText) {
+  if (target.kind == Register::Kind::Text) {
     return target.content.substr(0, target.content.find('\0'));
   }
   if (target.address == kFrameRate) {
@@ -73,40 +75,15 @@ std::string TextOf(const Register& target) {
   return std::to_string(As<uint32_t>(target.content.data()));
 }
 
-}  // namespace
-
-RemoteDevice::RemoteDevice(const std::string& deviceId, std::weak_ptr<Module> device,
-                           const Settings& settings, bool writable)
-    : Module(kRemoteDeviceKind, deviceId, std::move(device), CameraRegisters(deviceId, settings)),
-      writable_(writable) {}
-
-void RemoteDevice::Write(uint64_t address, const void* data, size_t size) {
-  std::string feature;
-  std::string value;
-  bool resized = false;
-  {
-    const std::scoped_lock lock(registerMutex_);
-    if (!writable_) {
-      throw Failure(GC_ERR_ACCESS_DENIED, "the device is open for reading only");
-    }
-    const Register& target = registers_.WriteTarget(address, size);
-    CheckValue(address, data);
-    Apply(address, data, size);
-    feature = target.feature;
-    value = TextOf(target);
-    resized = target.address == kWidth || target.address == kHeight;
-  }
-  Fire(EVENT_FEATURE_CHANGE, FeatureEvent(feature, value));
-  if (resized) {
-    Fire(EVENT_FEATURE_INVALIDATE, FeatureEvent("PayloadSize"));
-  }
+Geometry GeometryIn(const RegisterMap& registers) {
+  return {registers.Number<uint32_t>(kWidth), registers.Number<uint32_t>(kHeight)};
 }
 
-void RemoteDevice::CheckValue(uint64_t address, const void* data) const {
+void CheckValue(const RegisterMap& registers, uint64_t address, const void* data) {
   switch (address) {
     case kWidth:
     case kHeight:
-      if (registers_.Number<uint32_t>(kParamsLocked) != 0) {
+      if (registers.Number<uint32_t>(kParamsLocked) != 0) {
         throw Failure(GC_ERR_ACCESS_DENIED, "the picture size is locked");
       }
       RequireRange<uint32_t>(As<uint32_t>(data), 1, kLargestSide);
@@ -126,35 +103,51 @@ void RemoteDevice::CheckValue(uint64_t address, const void* data) const {
   }
 }
 
-void RemoteDevice::Apply(uint64_t address, const void* data, size_t size) {
-  switch (address) {
-    case kAcquisitionStart:
-    case kAcquisitionStop:
-      // A command is done at once, so its register keeps its zero.
+}  // namespace
+
+RemoteDevice::RemoteDevice(const std::string& deviceId, std::weak_ptr<Module> device,
+                           const Settings& settings, bool writable)
+    : Module(kRemoteDeviceKind, deviceId, std::move(device), CameraRegisters(deviceId, settings)),
+      writable_(writable),
+      lose_(settings.lose),
+      incomplete_(settings.incomplete) {}
+
+void RemoteDevice::Write(uint64_t address, const void* data, size_t size) {
+  if (!writable_) {
+    throw Failure(GC_ERR_ACCESS_DENIED, "the device is open for reading only");
+  }
+  const Register written = WithRegisters([&](RegisterMap& registers) {
+    const Register& target = registers.WriteTarget(address, size);
+    CheckValue(registers, address, data);
+    if (address == kAcquisitionStart || address == kAcquisitionStop) {
+      // A command completes at once, so its register stays zero.
       framesFlow_ = address == kAcquisitionStart;
-      break;
-    default:
-      registers_.Store(address, data, size);
-      const auto payload =
-          uint64_t{registers_.Number<uint32_t>(kWidth)} * registers_.Number<uint32_t>(kHeight);
-      registers_.Store(kPayloadSize, &payload, sizeof(payload));
-      break;
+    } else {
+      registers.Store(address, data, size);
+      const uint64_t payload = GeometryIn(registers).PayloadSize();
+      registers.Store(kPayloadSize, &payload, sizeof(payload));
+    }
+    return target;
+  });
+  Fire(EVENT_FEATURE_CHANGE, FeatureEvent(written.feature, TextOf(written)));
+  if (written.address == kWidth || written.address == kHeight) {
+    Fire(EVENT_FEATURE_INVALIDATE, FeatureEvent("PayloadSize"));
   }
 }
 
 Geometry RemoteDevice::CurrentGeometry() const {
-  const std::scoped_lock lock(registerMutex_);
-  return {registers_.Number<uint32_t>(kWidth), registers_.Number<uint32_t>(kHeight)};
+  return WithRegisters(GeometryIn);
+}
+
+std::string RemoteDevice::UserId() const {
+  std::string id(kUserIdSize, '\0');
+  Read(kUserId, id.data(), id.size());
+  return id.substr(0, id.find('\0'));
 }
 
 double RemoteDevice::FrameRate() const {
-  const std::scoped_lock lock(registerMutex_);
-  return registers_.Number<double>(kFrameRate);
+  return WithRegisters(
+      [](const RegisterMap& registers) { return registers.Number<double>(kFrameRate); });
 }
 
-bool RemoteDevice::FramesFlow() const {
-  const std::scoped_lock lock(registerMutex_);
-  return framesFlow_;
-}
-
-}  // namespace simcam
+}  // namespace simulated_camera

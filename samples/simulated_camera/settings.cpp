@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 
 #include "platform.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 double NumberOf(const char* variable, double fallback, double lowest, double highest) {
@@ -38,7 +39,9 @@ Settings ReadSettings() {
   settings.width = CountOf("VEXTREL_CAMERA_WIDTH", defaults.width, kLargestSide);
   settings.height = CountOf("VEXTREL_CAMERA_HEIGHT", defaults.height, kLargestSide);
   settings.devices = CountOf("VEXTREL_CAMERA_DEVICES", defaults.devices, kMostDevices);
+  settings.lose = static_cast<uint32_t>(NumberOf("VEXTREL_CAMERA_LOSE", 0, 2, kRarest));
+  settings.incomplete = static_cast<uint32_t>(NumberOf("VEXTREL_CAMERA_INCOMPLETE", 0, 1, kRarest));
   return settings;
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: MIT
 #include "xml.h"
 
-namespace simcam {
+namespace simulated_camera {
 namespace {
 
 constexpr std::string_view kCameraXml = R"xml(<?xml version="1.0" encoding="utf-8"?>
@@ -228,4 +229,4 @@ std::string ModuleXml(std::string_view model, std::string_view port, std::string
   return xml;
 }
 
-}  // namespace simcam
+}  // namespace simulated_camera

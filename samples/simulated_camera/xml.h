@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_SAMPLES_SIMULATED_CAMERA_XML_H
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_XML_H
 
@@ -5,15 +6,15 @@
 #include <string>
 #include <string_view>
 
-namespace simcam {
+namespace simulated_camera {
 
-// Describes the registers of the camera itself (remote_device.h).
+// Describes the registers in remote_device.h.
 [[nodiscard]] std::string_view CameraXml();
 
-// Describes a module of the producer, which has one register at address 0: the text `feature`.
+// Describes any other module: one text register, `feature`, at address 0.
 [[nodiscard]] std::string ModuleXml(std::string_view model, std::string_view port,
                                     std::string_view feature, size_t registerSize);
 
-}  // namespace simcam
+}  // namespace simulated_camera
 
 #endif  // VEXTREL_SAMPLES_SIMULATED_CAMERA_XML_H
