@@ -1,7 +1,9 @@
-// Memory that runs out inside the library is its own affair: the consumer gets the target's results
-// and outputs all the same. Only GCInitLib may let an exception pass.
+// SPDX-License-Identifier: MIT
+// When memory runs out inside the library, the consumer still gets the target's results and
+// outputs. Only GCInitLib may let an exception through.
 #include <new>
 
+#include "allocation/every_function.h"
 #include "allocation/failing_heap.h"
 #include "allocation/full_session.h"
 #include "allocation/session_fixture.h"
@@ -16,29 +18,29 @@ class Allocation : public SessionFixture, public ::testing::WithParamInterface<S
   ~Allocation() override { failing_heap::Recover(); }
 
   // How GCInitLib may end when memory is short.
-  enum class Init { kBound, kThrew };
+  enum class Init { Bound, Threw };
   [[nodiscard]] static Init TryInit() {
     try {
       const failing_heap::Armed armed;
       const GC_ERROR result = ::GCInitLib();
       failing_heap::Recover();
       EXPECT_EQ(result, GC_ERR_SUCCESS);
-      return Init::kBound;
+      return Init::Bound;
     } catch (const std::bad_alloc&) {
       failing_heap::Recover();
-      return Init::kThrew;
+      return Init::Threw;
     }
   }
 };
 
-// The first failing allocation after which nothing fails any more bounds the loops.
+// Each loop ends with the first number that no allocation reaches.
 TEST_P(Allocation, FailingInInitLeavesALibraryThatWorksOrCanBeInitialisedAgain) {
   long number = 0;
   int thrown = 0;
   do {
     Attach();
     failing_heap::FailAt(++number, GetParam());
-    if (TryInit() == Init::kThrew) {
+    if (TryInit() == Init::Threw) {
       ++thrown;
       ASSERT_EQ(::GCInitLib(), GC_ERR_SUCCESS);
     }
@@ -55,7 +57,7 @@ TEST_P(Allocation, FailingInInitLeavesALibraryThatCanBeClosed) {
   do {
     Attach();
     failing_heap::FailAt(++number, GetParam());
-    const bool threw = TryInit() == Init::kThrew;
+    const bool threw = TryInit() == Init::Threw;
     const GC_ERROR closed = ::GCCloseLib();
     EXPECT_TRUE(closed == GC_ERR_SUCCESS || (threw && closed == GC_ERR_NOT_IMPLEMENTED)) << closed;
     Detach();
@@ -80,7 +82,7 @@ TEST_P(Allocation, FailingInACallLeavesResultsAndOutputsAlone) {
     const std::vector<std::string>& made = session.Calls();
     const Difference difference = Compare(written, made);
     EXPECT_LE(difference.foreign, 1U) << number;
-    if (GetParam() == Shortage::kOnce) {
+    if (GetParam() == Shortage::Once) {
       EXPECT_LE(difference.missing, 2U) << number;
     }
     linesSuffered = linesSuffered || difference.missing > 0;
@@ -93,9 +95,30 @@ TEST_P(Allocation, FailingInACallLeavesResultsAndOutputsAlone) {
   EXPECT_TRUE(linesSuffered);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Allocation, ::testing::Values(Shortage::kOnce, Shortage::kFromThenOn),
+TEST_P(Allocation, FailingInACallOfAnyFunctionLeavesItsResultAndOutputsAlone) {
+  Attach();
+  ASSERT_EQ(::GCInitLib(), GC_ERR_SUCCESS);
+  bool hasFailed = false;
+  for (const UniformFunction& function : UniformFunctions()) {
+    if (function.name == "GCInitLib" || function.name == "GCCloseLib") {
+      continue;
+    }
+    long number = 0;
+    do {
+      failing_heap::FailAt(++number, GetParam());
+      ExpectAnswered(function, Target());
+      failing_heap::Recover();
+      hasFailed = hasFailed || failing_heap::HasFailed();
+    } while (failing_heap::HasFailed() && !HasFailure());
+  }
+  EXPECT_TRUE(hasFailed);
+  EXPECT_EQ(::GCCloseLib(), GC_ERR_SUCCESS);
+  Detach();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Allocation, ::testing::Values(Shortage::Once, Shortage::FromThenOn),
                          [](const auto& each) {
-                           return each.param == Shortage::kOnce ? "Once" : "FromThenOn";
+                           return each.param == Shortage::Once ? "Once" : "FromThenOn";
                          });
 
 }  // namespace

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "allocation/failing_heap.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@ constexpr long kNever = std::numeric_limits<long>::max();
 bool armed = false;
 bool hasFailed = false;
 long remaining = kNever;
-Shortage lasting = Shortage::kOnce;
+Shortage lasting = Shortage::Once;
 
 }  // namespace
 
@@ -44,7 +45,7 @@ namespace {
 void* Allocate(std::size_t size) noexcept {
   if (armed && remaining != kNever && --remaining <= 0) {
     hasFailed = true;
-    remaining = lasting == Shortage::kOnce ? kNever : 0;
+    remaining = lasting == Shortage::Once ? kNever : 0;
     return nullptr;
   }
   return std::malloc(size == 0 ? 1 : size);

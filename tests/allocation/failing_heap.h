@@ -1,17 +1,18 @@
+// SPDX-License-Identifier: MIT
 // A heap that runs out of memory when a test says so.
 #ifndef VEXTREL_TESTS_ALLOCATION_FAILING_HEAP_H
 #define VEXTREL_TESTS_ALLOCATION_FAILING_HEAP_H
 
 namespace vextrel_test::failing_heap {
 
-// How long the memory is gone.
-enum class Shortage { kOnce, kFromThenOn };
+// How long allocations fail.
+enum class Shortage { Once, FromThenOn };
 
-// Of the allocations made while an Armed lives, the one of that number (the first is 1) fails.
+// Lets the allocation of that number fail, counting from 1 those made while an Armed lives.
 void FailAt(long number, Shortage shortage);
-// Whether it has failed since.
+// Returns true iff one has failed since.
 [[nodiscard]] bool HasFailed();
-// No allocation fails any more.
+// Lets no allocation fail any more.
 void Recover();
 
 // Allocations by operator new count while it lives. Not thread-safe.

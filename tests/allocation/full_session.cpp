@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "allocation/full_session.h"
 
 #include <array>

@@ -1,4 +1,5 @@
-// A consumer's session that makes every call, and expects of each what the target answers.
+// SPDX-License-Identifier: MIT
+// A consumer's session that makes calls of every kind, and expects of each what the target answers.
 #ifndef VEXTREL_TESTS_ALLOCATION_FULL_SESSION_H
 #define VEXTREL_TESTS_ALLOCATION_FULL_SESSION_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "allocation/played_target.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A target with an answer for every function, and what each answer is.
 #ifndef VEXTREL_TESTS_ALLOCATION_PLAYED_TARGET_H
 #define VEXTREL_TESTS_ALLOCATION_PLAYED_TARGET_H

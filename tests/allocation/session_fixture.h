@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library linked into the test program, with a log file, between a target that answers
 // everything and the test's own calls.
 #ifndef VEXTREL_TESTS_ALLOCATION_SESSION_FIXTURE_H
@@ -11,24 +12,24 @@
 #include <vector>
 
 #include "allocation/played_target.h"
-#include "platform/module_entry.h"
+#include "lifecycle/dll_main.h"
 #include "support/proxy.h"
 
 namespace vextrel_test {
 
 class SessionFixture : public ProxyFiles {
  protected:
-  SessionFixture() : target_(ScriptedTargetPath()) {
+  SessionFixture() {
     UseTarget(ScriptedTargetPath());
     UseLogFile();
-    PlayEverything(*target_.Find<GetTargetScriptFunction>("GetTargetScript")());
+    PlayEverything(target_.Script());
   }
 
-  // What the loader does when the library comes and goes, with the library's static objects, among
-  // which is log4cpp's list of appenders.
-  static void Attach() { vextrel::DllMain(nullptr, vextrel::kReasonProcessAttach, nullptr); }
+  // Does what the loader does to the library, including its static objects, such as log4cpp's list
+  // of appenders.
+  static void Attach() { vextrel::DllMain(nullptr, vextrel::kModuleLoaded, nullptr); }
   static void Detach() {
-    vextrel::DllMain(nullptr, vextrel::kReasonProcessDetach, nullptr);
+    vextrel::DllMain(nullptr, vextrel::kModuleUnloaded, nullptr);
     delete log4cpp::Appender::getAppender("file");
   }
 
@@ -50,6 +51,8 @@ class SessionFixture : public ProxyFiles {
     return calls;
   }
 
+  [[nodiscard]] TargetScript& Target() const { return target_.Script(); }
+
   struct Difference {
     std::size_t missing;  // calls without a line
     std::size_t foreign;  // lines of no call, or not in its place
@@ -69,7 +72,7 @@ class SessionFixture : public ProxyFiles {
   }
 
  private:
-  Module target_;
+  HeldTarget target_;
   std::streamoff taken_ = 0;
 };
 

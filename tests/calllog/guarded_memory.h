@@ -1,4 +1,5 @@
-// Memory with a page on either side that nobody may touch: reading one byte too many ends the test.
+// SPDX-License-Identifier: MIT
+// Memory between two pages that nobody may touch: reading one byte too many ends the test.
 #ifndef VEXTREL_TESTS_CALLLOG_GUARDED_MEMORY_H
 #define VEXTREL_TESTS_CALLLOG_GUARDED_MEMORY_H
 
@@ -17,17 +18,17 @@ class GuardedMemory {
   GuardedMemory(const GuardedMemory&) = delete;
   GuardedMemory& operator=(const GuardedMemory&) = delete;
 
-  // Copies the bytes so that the first page behind them is out of bounds.
+  // Copies the bytes so that the page after them is out of bounds.
   [[nodiscard]] const void* PutAtEnd(std::span<const std::uint8_t> bytes) {
     return Put(begin_ + size_ - bytes.size(), bytes);
   }
-  // Copies the bytes so that the page in front of them is out of bounds.
+  // Copies the bytes so that the page before them is out of bounds.
   [[nodiscard]] const void* PutAtBegin(std::span<const std::uint8_t> bytes) {
     return Put(begin_, bytes);
   }
 
-  // An address that can't be read.
-  [[nodiscard]] const void* forbidden() const { return begin_ + size_; }
+  // Returns an address that can't be read.
+  [[nodiscard]] const void* Forbidden() const { return begin_ + size_; }
 
  private:
   static const void* Put(std::uint8_t* at, std::span<const std::uint8_t> bytes) {

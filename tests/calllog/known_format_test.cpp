@@ -1,15 +1,16 @@
+// SPDX-License-Identifier: MIT
 // Lines whose format is part of the code, against the same lines made the other way.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <random>
 #include <string>
 
+#include "calllog/byte_dump.h"
 #include "calllog/line_format.h"
-#include "calllog/port_rendering.h"
-#include "calllog/port_rendering_reference.h"
+#include "calllog/rendered.h"
 #include "calllog/value_names.h"
+#include "model/rendering.h"
 #include "support/proxy.h"
 
 namespace vextrel_test {
@@ -30,7 +31,7 @@ TEST(KnownFormat, MakesTheLineThatItsTextSays) {
 
 TEST(KnownFormat, TakesWhatIsOutOfPlaceOnPurpose) {
   const std::string text("seen\0unseen", 11);
-  EXPECT_EQ(FormatLine("%s|%p|%s"_line, text, noValue, Misplaced(std::uint32_t{42})),
+  EXPECT_EQ(FormatLine("%s|%p|%s"_line, text, kNoValue, Misplaced(std::uint32_t{42})),
             "seen|0000000000000000|42");
   const char* const null = nullptr;
   EXPECT_EQ(FormatLine("<%s>"_line, null), "<(null)>");
@@ -63,8 +64,7 @@ TEST(KnownFormat, MakesTheSameLinesAsTheOtherWay) {
 TEST(KnownFormat, RendersADumpWhereItStands) {
   for (std::size_t size = 0; size <= 300; ++size) {
     const Bytes bytes = RandomBytes(size);
-    std::string dump = ReferenceByteDump(bytes.data(), size);
-    dump.pop_back();  // the NUL
+    const std::string dump = model::RenderDump(bytes.data(), size);
     ASSERT_EQ(FormatLine("Buffer=%s,"_line, ByteDump{bytes.data(), size}), "Buffer=" + dump + ",");
     ASSERT_EQ(FormatLine("Buffer=%s,", ByteDump{bytes.data(), size}), "Buffer=" + dump + ",");
   }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/line_log.h"
 
 #include <gmock/gmock.h>
@@ -22,10 +23,12 @@ namespace {
 
 using namespace vextrel::literals;
 using vextrel::ByteDump;
-using vextrel::LogError;
-using vextrel::LogInfo;
-using vextrel::LogWarn;
+using vextrel::LogCall;
 using vextrel::Misplaced;
+using vextrel::ReportError;
+using vextrel::ReportInfo;
+using vextrel::ReportWarn;
+using vextrel::ValueAt;
 using Lines = std::vector<std::string>;
 
 // A category of its own whose lines stay in memory as "PRIORITY message".
@@ -53,9 +56,9 @@ class LineLog : public testing::Test {
 
   // One line of each priority.
   void LogThrice() {
-    LogInfo(logger, "call %u", 1U);
-    LogWarn(logger, "left %u", 2U);
-    LogError(logger, "wrong %u", 3U);
+    ReportInfo(logger, "call %u"_line, 1U);
+    ReportWarn(logger, "left %u"_line, 2U);
+    ReportError(logger, "wrong %u"_line, 3U);
   }
 
   log4cpp::Category& logger;
@@ -67,43 +70,29 @@ class LineLog : public testing::Test {
 
 using LineLogDeathTest = LineLog;
 
-TEST_F(LineLog, WritesEachLineAtItsPriority) {
+TEST_F(LineLog, WritesEachLineAtItsPriorityWithAndWithoutValues) {
   LogThrice();
-  EXPECT_EQ(TakeLines(), (Lines{"INFO call 1", "WARN left 2", "ERROR wrong 3"}));
-}
-
-TEST_F(LineLog, WritesLinesWithoutValues) {
-  LogInfo(logger, "info");
-  LogWarn(logger, "warn");
-  LogError(logger, "error");
-  EXPECT_EQ(TakeLines(), (Lines{"INFO info", "WARN warn", "ERROR error"}));
-}
-
-TEST_F(LineLog, FormatsTheValues) {
-  LogInfo(logger, "%s=DSQueueBuffer(hDS=0x%p, hB=0x%p)", std::string("GC_ERR_SUCCESS"),
-          Handle(0x10), Handle(0xABCDEF));
-  EXPECT_EQ(TakeLines(), (Lines{"INFO GC_ERR_SUCCESS=DSQueueBuffer(hDS=0x0000000000000010, "
-                                "hB=0x0000000000ABCDEF)"}));
+  ReportInfo(logger, "info"_line);
+  ReportWarn(logger, "warn"_line);
+  ReportError(logger, "error"_line);
+  EXPECT_EQ(TakeLines(), (Lines{"INFO call 1", "WARN left 2", "ERROR wrong 3", "INFO info",
+                                "WARN warn", "ERROR error"}));
 }
 
 TEST_F(LineLog, KeepsPercentSignsOfValues) {
   const char* text = "%s %n %p %% %m 100%";
-  LogInfo(logger, "%s", text);
-  LogWarn(logger, "%s", text);
-  LogError(logger, "%s", text);
+  ReportInfo(logger, "%s"_line, text);
+  ReportWarn(logger, "%s"_line, text);
+  ReportError(logger, "%s"_line, text);
   EXPECT_EQ(TakeLines(), (Lines{"INFO %s %n %p %% %m 100%", "WARN %s %n %p %% %m 100%",
                                 "ERROR %s %n %p %% %m 100%"}));
 }
 
-TEST_F(LineLog, WritesLinesOfAnyLength) {
+TEST_F(LineLog, WritesLongLinesWholeAndTheLineBreaksOfAValue) {
   const std::string text(100'000, 'l');
-  LogInfo(logger, "<%s>", text);
-  EXPECT_EQ(TakeLines(), (Lines{"INFO <" + text + ">"}));
-}
-
-TEST_F(LineLog, WritesTheLineBreaksOfAValue) {
-  LogInfo(logger, "a%sb", std::string(",\n"));
-  EXPECT_EQ(TakeLines(), (Lines{"INFO a,\nb"}));
+  ReportInfo(logger, "<%s>"_line, text);
+  ReportInfo(logger, "a%sb"_line, std::string(",\n"));
+  EXPECT_EQ(TakeLines(), (Lines{"INFO <" + text + ">", "INFO a,\nb"}));
 }
 
 TEST_F(LineLog, WritesNothingBelowThePriorityOfTheCategory) {
@@ -125,34 +114,43 @@ TEST_F(LineLog, WritesNothingBelowThePriorityOfTheCategory) {
 
 TEST_F(LineLog, FollowsThePriorityThatTheCategoryInherits) {
   log4cpp::Category& child = log4cpp::Category::getInstance("line_log.child");
-  LogInfo(child, "seen");
+  ReportInfo(child, "seen"_line);
   logger.setPriority(log4cpp::Priority::ERROR);
-  LogInfo(child, "unseen");
+  ReportInfo(child, "unseen"_line);
   EXPECT_EQ(TakeLines(), (Lines{"INFO seen"}));
 }
 
 TEST_F(LineLog, DoesNotReadTheValuesOfALineThatIsNotWritten) {
   const GuardedMemory memory(1);
-  const void* unreadable = memory.forbidden();
+  const void* unreadable = memory.Forbidden();
   logger.setPriority(log4cpp::Priority::FATAL);
-  LogInfo(logger, "%s", Misplaced(unreadable));
-  LogWarn(logger, "%s", Misplaced(unreadable));
-  LogError(logger, "%s", Misplaced(unreadable));
+  ReportInfo(logger, "%s"_line, Misplaced(unreadable));
+  ReportWarn(logger, "%s"_line, Misplaced(unreadable));
+  ReportError(logger, "%s"_line, Misplaced(unreadable));
   EXPECT_EQ(TakeLines(), Lines{});
 }
 
 TEST_F(LineLog, WritesTheLinesOfCallsInTheSameWay) {
-  LogInfo(logger, "%s=IFClose(hIface=0x%p)"_line, std::string("GC_ERR_SUCCESS"), Handle(0x10));
+  LogCall(logger, "%s=IFClose(hIface=0x%p)"_line, std::string("GC_ERR_SUCCESS"), Handle(0x10));
   logger.setPriority(log4cpp::Priority::NOTICE);
-  LogInfo(logger, "%s"_line, std::string("unseen"));
+  LogCall(logger, "%s"_line, std::string("unseen"));
   EXPECT_EQ(TakeLines(), (Lines{"INFO GC_ERR_SUCCESS=IFClose(hIface=0x0000000000000010)"}));
+}
+
+TEST_F(LineLog, ReadsAnOutputOnlyForALineThatIsWritten) {
+  const std::uint32_t count = 7;
+  const std::uint32_t* none = nullptr;
+  LogCall(logger, "%u"_line, ValueAt(&count));
+  logger.setPriority(log4cpp::Priority::NOTICE);
+  LogCall(logger, "%u"_line, ValueAt(none));
+  EXPECT_EQ(TakeLines(), (Lines{"INFO 7"}));
 }
 
 TEST_F(LineLog, TellsLog4cppOfACallsLineWhatItsOwnFunctionTells) {
   pattern.setConversionPattern("%c|%p|%t|%x|%m");
   log4cpp::NDC::push("inside");
   const std::string text(200, 't');
-  LogInfo(logger, "%s"_line, text);
+  LogCall(logger, "%s"_line, text);
   logger.info(text);
   log4cpp::NDC::clear();
   const Lines lines = TakeLines();
@@ -167,8 +165,8 @@ TEST_F(LineLog, TellsLog4cppOfACallsLineWhatItsOwnFunctionTells) {
 TEST_F(LineLogDeathTest, ReadsTheDataOfACallEvenIfNoLineIsWritten) {
   const GuardedMemory memory(1);
   logger.setPriority(log4cpp::Priority::FATAL);
-  EXPECT_DEATH(LogInfo(logger, "%s"_line, ByteDump{memory.forbidden(), 1}), "");
-  EXPECT_DEATH(LogInfo(logger, "%s"_line, ByteDump{memory.forbidden(), 4096}), "");
+  EXPECT_DEATH(LogCall(logger, "%s"_line, ByteDump{memory.Forbidden(), 1}), "");
+  EXPECT_DEATH(LogCall(logger, "%s"_line, ByteDump{memory.Forbidden(), 4096}), "");
 }
 
 TEST_F(LineLog, WritesLinesOfManyThreadsWhole) {
@@ -178,7 +176,8 @@ TEST_F(LineLog, WritesLinesOfManyThreadsWhole) {
   for (std::uint32_t number = 0; number < kThreads; ++number) {
     threads.emplace_back([this, number] {
       for (std::uint32_t i = 0; i < kLinesPerThread; ++i) {
-        LogInfo(logger, "%u:%u:%s", number, i, std::string(40, static_cast<char>('a' + number)));
+        ReportInfo(logger, "%u:%u:%s"_line, number, i,
+                   std::string(40, static_cast<char>('a' + number)));
       }
     });
   }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "calllog/rendered_text.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +46,7 @@ TEST(RenderedText, HoldsTextsOfEveryLength) {
   }
 }
 
-TEST(RenderedText, WritesNothingBehindItself) {
+TEST(RenderedText, WritesNothingPastItself) {
   GuardedMemory memory(sizeof(RenderedText));
   const std::array<std::uint8_t, sizeof(RenderedText)> room{};
   void* const place = const_cast<void*>(memory.PutAtEnd(room));
@@ -68,7 +69,7 @@ TEST(RenderedText, JoinsPartsWherever64CharactersAreReached) {
 TEST(RenderedText, CopiesItsParts) {
   std::string part = "before";
   const RenderedText rendered{part};
-  part = "behind";
+  part = "after";
   EXPECT_STREQ(rendered.c_str(), "before");
 }
 
@@ -79,19 +80,19 @@ TEST(RenderedText, KeepsNulsInsideTheText) {
 }
 
 TEST(RenderedText, RefersToANameInsteadOfCopyingIt) {
-  static constexpr std::string_view name = "GC_ERR_SUCCESS";
-  const RenderedText rendered = RenderedText::Name(name);
+  static constexpr std::string_view kName = "GC_ERR_SUCCESS";
+  const RenderedText rendered = RenderedText::Name(kName);
   EXPECT_EQ(Whole(rendered), WithNul("GC_ERR_SUCCESS"));
-  EXPECT_EQ(rendered.c_str(), name.data());
-  EXPECT_EQ(rendered.shown(), "GC_ERR_SUCCESS");
+  EXPECT_EQ(rendered.c_str(), kName.data());
+  EXPECT_EQ(rendered.Shown(), "GC_ERR_SUCCESS");
 }
 
 TEST(RenderedText, HoldsWhatIsWrittenIntoIt) {
-  for (const std::size_t length : {0, 1, 62, 63, 64, 65, 5000}) {
+  for (const std::size_t length : {0U, 1U, 62U, 63U, 64U, 65U, 5000U}) {
     const RenderedText rendered(
         length, [length](char* text) { std::fill_n(text, length, static_cast<char>('w')); });
     ASSERT_EQ(Whole(rendered), WithNul(std::string(length, 'w')));
-    ASSERT_EQ(rendered.shown(), std::string(length, 'w'));
+    ASSERT_EQ(rendered.Shown(), std::string(length, 'w'));
   }
 }
 
@@ -100,17 +101,17 @@ TEST(RenderedText, HoldsTheDigitsOfANumber) {
     return vextrel::WriteDecimal(std::numeric_limits<std::int64_t>::min(), text);
   });
   EXPECT_EQ(Whole(number), WithNul("-9223372036854775808"));
-  EXPECT_EQ(number.shown(), "-9223372036854775808");
+  EXPECT_EQ(number.Shown(), "-9223372036854775808");
   const RenderedText address = RenderedText::Number(
       [](char* text) { return vextrel::WriteUpperHex16(0xFEDCBA9876543210, text); });
   EXPECT_EQ(Whole(address), WithNul("FEDCBA9876543210"));
 }
 
 TEST(RenderedText, ShowsWhatStandsBeforeTheFirstNul) {
-  EXPECT_EQ((RenderedText{"a", "b"}.shown()), "ab");
-  EXPECT_EQ((RenderedText{"ab\0cd"sv, "e"}.shown()), "ab");
-  EXPECT_EQ((RenderedText{"\0cd"sv}.shown()), "");
-  EXPECT_EQ(RenderedText{}.shown(), "");
+  EXPECT_EQ((RenderedText{"a", "b"}.Shown()), "ab");
+  EXPECT_EQ((RenderedText{"ab\0cd"sv, "e"}.Shown()), "ab");
+  EXPECT_EQ((RenderedText{"\0cd"sv}.Shown()), "");
+  EXPECT_EQ(RenderedText{}.Shown(), "");
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// A consumer that ends in the way it is told.
+// SPDX-License-Identifier: MIT
+// A consumer that ends the way its arguments say.
 //   ending_consumer FOLDER ENDING COMPANY CALLS
 //   ending_consumer FOLDER REPETITION - ROUNDS
 #include "endings/ending_consumer.h"
@@ -17,9 +18,9 @@
 #include <string>
 #include <thread>
 
-#include "endings/child.h"
-#include "memory/resources.h"
+#include "support/process.h"
 #include "support/proxy.h"
+#include "support/resources.h"
 
 namespace vextrel_test {
 namespace {
@@ -37,13 +38,7 @@ void Require(bool condition, const std::string& what) {
 // The proxy, loaded.
 class Proxy {
  public:
-  Proxy() : module_(ProxyPath()) {
-    ForEachFunction([this](const char* name, auto slot) {
-      functions_.*slot = reinterpret_cast<std::remove_reference_t<decltype(functions_.*slot)>>(
-          module_.FindAddress(name));
-      Require(functions_.*slot != nullptr, name);
-    });
-  }
+  Proxy() : module_(ProxyPath()) { Require(module_.IsLoaded(), "the module is not loaded"); }
 
   const GenTLFunctions* operator->() const { return &functions_; }
 
@@ -54,8 +49,8 @@ class Proxy {
   }
 
  private:
-  Module module_;
-  GenTLFunctions functions_;
+  const Module module_;
+  const GenTLFunctions functions_ = FunctionsOf(module_);
 };
 
 std::atomic<bool> isBlocked = false;
@@ -68,7 +63,7 @@ void WaitUntil(Condition condition) {
   }
 }
 
-// One more thread, which sits in a call when the process ends.
+// Starts a thread that is inside a call when the process ends.
 void Block(const Proxy& proxy) {
   const Module target(ScriptedTargetPath());
   target.Find<GetTargetScriptFunction>("GetTargetScript")()->functions.EventGetData =
@@ -85,7 +80,7 @@ void Block(const Proxy& proxy) {
   WaitUntil([] { return isBlocked.load(); });
 }
 
-// More threads, which make one call after the other while the process ends.
+// Starts threads that keep calling while the process ends.
 void KeepBusy(const Proxy& proxy) {
   for (std::size_t thread = 0; thread < kBusyThreads; ++thread) {
     std::thread([&proxy, thread] {
@@ -100,14 +95,14 @@ void KeepBusy(const Proxy& proxy) {
   });
 }
 
-// Both sides of a start at the same time.
+// Waits until the test lets all consumers go at the same time.
 void Meet(const std::filesystem::path& folder) {
   WriteFile(folder / kReadyFile, "");
   WaitUntil([&] { return std::filesystem::exists(folder / kGoFile); });
 }
 
-// Makes one more call when the process ends, after the module's own clean-up if the system does
-// that with the program's: what is registered first runs last.
+// Makes one more call when the process ends. Registered before the module's own cleanup, it runs
+// after it, if the system runs both in one go.
 const Proxy* lateCaller = nullptr;
 std::uintptr_t lateNumber = 0;
 void CallLate() {
@@ -141,7 +136,7 @@ int End(const std::string& ending, const std::string& company, std::uintptr_t ca
     Require(!IsModuleLoaded(ProxyPath()), "the module is still there");
     return kConsumerDone;
   }
-  // Stays loaded, and its threads stay in it.
+  // Stays loaded, because its threads are still in it.
   static const Proxy* const left = proxy.release();
   if (ending == "call_late") {
     lateCaller = left;
@@ -160,7 +155,8 @@ int End(const std::string& ending, const std::string& company, std::uintptr_t ca
   return kConsumerDone;
 }
 
-// Runs the round so many times; what it holds after a tenth of them and at the end goes to a file.
+// Runs the rounds, and writes to a file what the process holds after a tenth of them and at the
+// end.
 int Repeat(std::uintptr_t rounds, const std::filesystem::path& folder,
            const std::function<void(std::uintptr_t)>& round) {
   Resources early;

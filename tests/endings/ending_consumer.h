@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the tests and the consumer program that they start agree on.
 #ifndef VEXTREL_TESTS_ENDINGS_ENDING_CONSUMER_H
 #define VEXTREL_TESTS_ENDINGS_ENDING_CONSUMER_H
@@ -6,6 +7,13 @@
 #include <cstdint>
 
 namespace vextrel_test {
+
+// The program.
+#if defined(VEXTREL_EXTENDED)
+inline constexpr const char* kConsumerName = "extended_ending_consumer";
+#else
+inline constexpr const char* kConsumerName = "ending_consumer";
+#endif
 
 // What the consumer exits with where it says so itself.
 inline constexpr int kConsumerDone = 7;
@@ -16,7 +24,7 @@ inline constexpr int kConsumerFailed = 3;
 inline constexpr std::uintptr_t kFirstNumber = 0x10000;
 inline constexpr std::uintptr_t kBusyHandle = 0x900;
 inline constexpr int kBusyThreads = 3;
-inline constexpr std::size_t kBusyCalls = 20;  // that each of them makes at least
+inline constexpr std::size_t kBusyCalls = 20;  // at least, by each of them
 
 // The files in the consumer's folder.
 inline constexpr const char* kConfigFile = "log.properties";

@@ -1,38 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "endings/endings_fixture.h"
-
-#include <cstdlib>
-#include <ostream>
 
 namespace vextrel_test {
 
-void PrintTo(const Ending& ending, std::ostream* out) {
-  switch (ending.kind) {
-    case Ending::Kind::kExited:
-      *out << "exited with " << ending.code;
-      break;
-    case Ending::Kind::kKilled:
-      *out << "killed by signal " << ending.code;
-      break;
-    case Ending::Kind::kTooLate:
-      *out << "did not end in time";
-      break;
-    case Ending::Kind::kNotStarted:
-      *out << "could not be started";
-      break;
-  }
-}
-
-bool LongTests() {
-  const char* value = std::getenv("VEXTREL_LONG_TESTS");
-  return value != nullptr && std::string(value) == "1";
-}
-
-std::vector<std::string> StartLines() {
-  return {"INFO Loading GenTL Producer '" + ScriptedTargetPath().string() + "'",
-          "INFO GenTL producer file version: '0.0.0.0'", "INFO GC_ERR_SUCCESS=GCInitLib(void)"};
-}
-
-std::string CallLine(std::uintptr_t number) {
+std::string ConsumerLine(std::uintptr_t number) {
   return "INFO GC_ERR_SUCCESS=EventFlush(hEvent=0x" + Hex16(kFirstNumber + number) + ")";
 }
 
@@ -42,26 +13,20 @@ std::string BusyLine(int thread) {
 }
 
 std::filesystem::path EndingsFixture::ConsumerProgram() {
-  return ProgramFolder() / (kOnWindows ? "ending_consumer.exe" : "ending_consumer");
+  return ProgramFolder() / (std::string(kConsumerName) + (kOnWindows ? ".exe" : ""));
 }
 
 std::filesystem::path EndingsFixture::MakeFolder(const std::string& name) const {
-  const std::filesystem::path made = name.empty() ? folder() : folder() / name;
+  const std::filesystem::path made = name.empty() ? Folder() : Folder() / name;
   std::filesystem::create_directories(made);
   WriteFile(made / kConfigFile,
-            "rootCategory=INFO, file\n"
-            "appender.file=FileAppender\n"
-            "appender.file.fileName=" +
-                (made / "trace.log").string() +
-                "\n"
-                "appender.file.layout=PatternLayout\n"
-                "appender.file.layout.ConversionPattern=%p %m%n\n");
+            LogConfig{.file = made / "trace.log", .rootCategory = "INFO, file"}.Text());
   return made;
 }
 
 Ending EndingsFixture::Run(const std::string& ending, const std::string& company,
                            std::uintptr_t count) const {
-  return Child(ConsumerProgram(), {own_.string(), ending, company, std::to_string(count)})
+  return Process(ConsumerProgram(), {own.string(), ending, company, std::to_string(count)})
       .WaitFor(kLimit);
 }
 

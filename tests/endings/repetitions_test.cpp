@@ -1,21 +1,22 @@
+// SPDX-License-Identifier: MIT
 // Loading and unloading, initialising and closing, again and again in one process.
 #include <fstream>
 #include <iostream>
 
 #include "endings/endings_fixture.h"
-#include "memory/resources.h"
+#include "support/resources.h"
 
 namespace vextrel_test {
 namespace {
 
 using ::testing::ElementsAreArray;
 
-// Wine is slower at it, so that the default is less there.
+// Wine is slower, so the default is lower there.
 std::uintptr_t Rounds() {
   return LongTests() || !kOnWindows ? 1000 : 100;
 }
 
-// What the heap may take more or less of in between, whatever the number of rounds.
+// How much the heap may vary, regardless of the number of rounds.
 constexpr double kSlack = 128 * 1024;
 
 struct Repetition {
@@ -30,8 +31,8 @@ double TableBytes(const Repetition& repetition) {
   return repetition.closes ? 0 : 1024;
 }
 
-// The C++ and thread run-times that are linked into a Windows module keep this much when they are
-// unloaded, also those of a module that does nothing but throw and catch an exception.
+// What the C++ and thread runtimes linked into a Windows module keep when it is unloaded, even if
+// it does nothing but throw and catch an exception.
 constexpr double kRuntimeHandles = kOnWindows ? 4 : 0;
 constexpr double kRuntimeBytes = kOnWindows ? 16 * 1024 : 0;
 
@@ -45,16 +46,16 @@ TEST_P(Repeatedly, WritesEveryLineAndDoesNotGrow) {
     for (const std::string& line : StartLines()) {
       expected.push_back(line);
     }
-    expected.push_back(CallLine(round));
+    expected.push_back(ConsumerLine(round));
     if (GetParam().closes) {
       expected.emplace_back(kCloseLine);
     }
   }
-  EXPECT_THAT(WholeLines(own_), ElementsAreArray(expected));
+  EXPECT_THAT(WholeLines(own), ElementsAreArray(expected));
 
   Resources early;
   Resources late;
-  std::ifstream(own_ / kResourcesFile) >> early.residentBytes >> late.residentBytes >>
+  std::ifstream(own / kResourcesFile) >> early.residentBytes >> late.residentBytes >>
       early.handles >> late.handles;
   ASSERT_GT(early.residentBytes, 0U);
   ASSERT_GT(early.handles, 0U);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How often a traced call asks for memory: each time costs, and on Windows it may wait for the
 // application's other threads. Counted in the test program itself, which has the exports linked in.
 #include <gtest/gtest.h>
@@ -18,10 +19,15 @@
 namespace {
 
 long allocations = 0;
+bool isMemoryGone = false;
+
+void* AllocateOrNot(std::size_t size) noexcept {
+  ++allocations;
+  return isMemoryGone ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
 
 void* Allocate(std::size_t size) {
-  ++allocations;
-  void* memory = std::malloc(size == 0 ? 1 : size);
+  void* memory = AllocateOrNot(size);
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
@@ -35,6 +41,10 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
   return Allocate(size);
+}
+// A sanitizer's own would not end in the one above.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return AllocateOrNot(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);
@@ -173,6 +183,23 @@ TEST_F(AllocationCount, IsLog4cppsOwnForTheLineOfASmallCall) {
 TEST_F(AllocationCount, IsZeroForASmallCallWithoutALine) {
   logger.setPriority(log4cpp::Priority::WARN);
   ForEachSmallCall([](auto call) { EXPECT_EQ(CountOf(call), 0); });
+}
+
+// Not the former root, which would take handles of another transport layer.
+TEST_F(AllocationCount, OfATransportLayersRecordThatFailsLeavesNoRoot) {
+  logger.setPriority(log4cpp::Priority::WARN);
+  vextrel::TLFunctionTable tlTable;
+  tlTable.TLOpen = [](TL_HANDLE*) { return GC_ERROR{GC_ERR_SUCCESS}; };
+  proxyState.tlTable = &tlTable;
+  TL_HANDLE handle = Handle(0x1001);
+  const long before = allocations;
+  isMemoryGone = true;
+  const GC_ERROR result = TLOpen(&handle);
+  isMemoryGone = false;
+  proxyState.tlTable = nullptr;
+  EXPECT_EQ(result, GC_ERR_SUCCESS);
+  EXPECT_EQ(allocations, before + 1);
+  EXPECT_EQ(proxyState.registryRoot, nullptr);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
-# Fails unless MODULE exports the 51 functions and no other name and, on Windows, needs the DLLs of
+# SPDX-License-Identifier: MIT
+# Fails unless MODULE exports these functions and no other name and, on Windows, needs the DLLs of
 # the system only.
-#   cmake -D MODULE=... [-D NM=... | -D OBJDUMP=...] -P check_module.cmake
+#   cmake -D MODULE=... [-D EXTENDED=ON] [-D NM=... | -D OBJDUMP=...] -P check_module.cmake
 set(expected
   GCGetInfo GCGetLastError GCInitLib GCCloseLib
   TLOpen TLClose TLGetInfo TLGetNumInterfaces TLGetInterfaceID TLGetInterfaceInfo TLOpenInterface
@@ -12,11 +13,19 @@ set(expected
   GCReadPort GCWritePort GCGetPortURL GCGetNumPortURLs GCGetPortInfo GCGetPortURLInfo
   GCReadPortStacked GCWritePortStacked
   GCRegisterEvent GCUnregisterEvent EventGetData EventGetDataInfo EventGetInfo EventFlush EventKill)
-list(LENGTH expected count)
-if(NOT count EQUAL 51)
-  message(FATAL_ERROR "${count} names are expected instead of 51.")
+set(expected_count 51)
+if(EXTENDED)
+  list(APPEND expected
+    DSGetBufferChunkData IFGetParentTL DevGetParentIF DSGetParentDev
+    DSGetNumBufferParts DSGetBufferPartInfo
+    DSAnnounceCompositeBuffer DSGetBufferInfoStacked DSGetBufferPartInfoStacked
+    DSGetNumFlows DSGetFlowInfo DSGetNumBufferSegments DSGetBufferSegmentInfo)
+  set(expected_count 64)
 endif()
-list(SORT expected)
+list(LENGTH expected count)
+if(NOT count EQUAL expected_count)
+  message(FATAL_ERROR "${count} names are expected instead of ${expected_count}.")
+endif()
 
 set(exported "")
 if(OBJDUMP)
@@ -57,7 +66,10 @@ else()
   endforeach()
 endif()
 
-list(SORT exported)
-if(NOT exported STREQUAL expected)
-  message(FATAL_ERROR "Exported: ${exported}\nExpected: ${expected}")
+set(missing ${expected})
+list(REMOVE_ITEM missing ${exported})
+set(unexpected ${exported})
+list(REMOVE_ITEM unexpected ${expected})
+if(missing OR unexpected)
+  message(FATAL_ERROR "Not exported: ${missing}\nExported, but not expected: ${unexpected}")
 endif()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines of the data streams' functions.
 #include "exports/exports_fixture.h"
 
@@ -15,9 +16,8 @@ TEST_F(DataStreamLines, DSAnnounceBuffer) {
   BUFFER_HANDLE handle = nullptr;
   std::array<char, 4> memory{};
   ExpectLine({.target = [&] { handle = Handle(0x5000); },
-              .line = Fill("DSAnnounceBuffer(hDS=0x0000000000004000, pBuffer=0x{}, iSize=4, "
-                           "pPrivate=0x0000000000000000, 0x{}->(hBuffer=0x0000000000005000))",
-                           Hex16(memory.data()), Hex16(&handle)),
+              .line = "DSAnnounceBuffer(hDS=0x0000000000004000, pBuffer=0x{2}, iSize=4, "
+                      "pPrivate=0x0000000000000000, 0x{5}->(hBuffer=0x0000000000005000))",
               .after = {kNotOpened}},
              &Functions::DSAnnounceBuffer, dataStream, memory.data(), memory.size(), nullptr,
              &handle);
@@ -25,10 +25,9 @@ TEST_F(DataStreamLines, DSAnnounceBuffer) {
 
 TEST_F(DataStreamLines, DSAnnounceBufferOfASizeAbove32Bits) {
   BUFFER_HANDLE handle = nullptr;
-  ExpectLine({.line = Fill("DSAnnounceBuffer(hDS=0x0000000000004000, "
-                           "pBuffer=0x0000000000000000, iSize=4294967295, "
-                           "pPrivate=0xFEDCBA9876543210, 0x{}->(hBuffer=0x0000000000000000))",
-                           Hex16(&handle)),
+  ExpectLine({.line = "DSAnnounceBuffer(hDS=0x0000000000004000, "
+                      "pBuffer=0x0000000000000000, iSize=4294967295, "
+                      "pPrivate=0xFEDCBA9876543210, 0x{5}->(hBuffer=0x0000000000000000))",
               .after = {kNotOpened}},
              &Functions::DSAnnounceBuffer, dataStream, nullptr, 0x1FFFFFFFFU,
              Handle(0xFEDCBA9876543210), &handle);
@@ -37,18 +36,16 @@ TEST_F(DataStreamLines, DSAnnounceBufferOfASizeAbove32Bits) {
 TEST_F(DataStreamLines, DSAllocAndAnnounceBuffer) {
   BUFFER_HANDLE handle = nullptr;
   ExpectLine({.target = [&] { handle = Handle(0x5000); },
-              .line = Fill("DSAllocAndAnnounceBuffer(hDS=0x0000000000004000, iSize=300000, "
-                           "pPrivate=0x0000000000000077, 0x{}->(hBuffer=0x0000000000005000))",
-                           Hex16(&handle)),
+              .line = "DSAllocAndAnnounceBuffer(hDS=0x0000000000004000, iSize=300000, "
+                      "pPrivate=0x0000000000000077, 0x{4}->(hBuffer=0x0000000000005000))",
               .after = {kNotOpened}},
              &Functions::DSAllocAndAnnounceBuffer, dataStream, 300000U, Handle(0x77), &handle);
 }
 
 TEST_F(DataStreamLines, DSAllocAndAnnounceBufferOfASizeAbove32Bits) {
   BUFFER_HANDLE handle = nullptr;
-  ExpectLine({.line = Fill("DSAllocAndAnnounceBuffer(hDS=0x0000000000004000, iSize=1, "
-                           "pPrivate=0x0000000000000000, 0x{}->(hBuffer=0x0000000000000000))",
-                           Hex16(&handle)),
+  ExpectLine({.line = "DSAllocAndAnnounceBuffer(hDS=0x0000000000004000, iSize=1, "
+                      "pPrivate=0x0000000000000000, 0x{4}->(hBuffer=0x0000000000000000))",
               .after = {kNotOpened}},
              &Functions::DSAllocAndAnnounceBuffer, dataStream, 0x100000001U, nullptr, &handle);
 }
@@ -82,28 +79,25 @@ TEST_F(DataStreamLines, DSStopAcquisition) {
 
 TEST_F(DataStreamLines, DSGetInfo) {
   ExpectLine({.target = [&] { query.AnswerText("s-0"); },
-              .line = Fill("DSGetInfo(hDS=0x0000000000004000, iCmd=STREAM_INFO_ID, "
-                           "0x{}->(iType=INFO_DATATYPE_STRING) 0x{}->(Buffer='s-0'), "
-                           "0x{}->(iSize=4))",
-                           Hex16(&query.type), Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "DSGetInfo(hDS=0x0000000000004000, iCmd=STREAM_INFO_ID, "
+                      "0x{3}->(iType=INFO_DATATYPE_STRING) 0x{4}->(Buffer='s-0'), "
+                      "0x{5}->(iSize=4))"},
              &Functions::DSGetInfo, dataStream, 0, &query.type, query.buffer.data(), &query.size);
 }
 
 TEST_F(DataStreamLines, DSGetInfoOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(12, 0x100000008); },
-              .line = Fill("DSGetInfo(hDS=0x0000000000004000, iCmd=STREAM_INFO_PAYLOAD_SIZE, "
-                           "0x{}->(iType=INFO_DATATYPE_SIZET) 0x0000000000000000->(Buffer=NULL), "
-                           "0x{}->(iSize=8))",
-                           Hex16(&query.type), Hex16(&query.size))},
+              .line = "DSGetInfo(hDS=0x0000000000004000, iCmd=STREAM_INFO_PAYLOAD_SIZE, "
+                      "0x{3}->(iType=INFO_DATATYPE_SIZET) 0x0000000000000000->(Buffer=NULL), "
+                      "0x{5}->(iSize=8))"},
              &Functions::DSGetInfo, dataStream, 7, &query.type, nullptr, &query.size);
 }
 
 TEST_F(DataStreamLines, DSGetBufferID) {
   BUFFER_HANDLE handle = nullptr;
   ExpectLine({.target = [&] { handle = Handle(0x5000); },
-              .line = Fill("DSGetBufferID(hDS=0x0000000000004000, iIndex=4294967295, "
-                           "0x{}->(hBuffer=0x0000000000005000))",
-                           Hex16(&handle))},
+              .line = "DSGetBufferID(hDS=0x0000000000004000, iIndex=4294967295, "
+                      "0x{3}->(hBuffer=0x0000000000005000))"},
              &Functions::DSGetBufferID, dataStream, 0xFFFFFFFFU, &handle);
 }
 
@@ -120,10 +114,9 @@ TEST_F(DataStreamLines, DSRevokeBufferShowsBothSlotsAndWhatTheyHold) {
     userPointer = Handle(0x77);
   };
   ExpectLine({.target = target,
-              .line = Fill("DSRevokeBuffer(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "pBuffer=0x{} (0xFEDCBA9876543210), "
-                           "pPrivate=0x{} (0x0000000000000077))",
-                           Hex16(&memory), Hex16(&userPointer)),
+              .line = "DSRevokeBuffer(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "pBuffer=0x{3} (0xFEDCBA9876543210), "
+                      "pPrivate=0x{4} (0x0000000000000077))",
               .after = {kNotOpened}},
              &Functions::DSRevokeBuffer, dataStream, buffer, &memory, &userPointer);
 }
@@ -138,9 +131,8 @@ TEST_F(DataStreamLines, DSRevokeBufferOfNullSlotsShowsNULL) {
 TEST_F(DataStreamLines, DSRevokeBufferShowsASlotThatHoldsNullWithoutABlank) {
   void* memory = Handle(1);
   ExpectLine({.target = [&] { memory = nullptr; },
-              .line = Fill("DSRevokeBuffer(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "pBuffer=0x{}(NULL), pPrivate=NULL)",
-                           Hex16(&memory)),
+              .line = "DSRevokeBuffer(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "pBuffer=0x{3}(NULL), pPrivate=NULL)",
               .after = {kNotOpened}},
              &Functions::DSRevokeBuffer, dataStream, buffer, &memory, nullptr);
 }
@@ -153,21 +145,19 @@ TEST_F(DataStreamLines, DSQueueBuffer) {
 
 TEST_F(DataStreamLines, DSGetBufferInfo) {
   ExpectLine({.target = [&] { query.AnswerText("GEV"); },
-              .line = Fill("DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "iCommand=BUFFER_INFO_TLTYPE, 0x{}->(iType=INFO_DATATYPE_STRING) "
-                           "0x{}->(Buffer='GEV'), 0x{}->(iSize=4))",
-                           Hex16(&query.type), Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "iCommand=BUFFER_INFO_TLTYPE, 0x{4}->(iType=INFO_DATATYPE_STRING) "
+                      "0x{5}->(Buffer='GEV'), 0x{6}->(iSize=4))"},
              &Functions::DSGetBufferInfo, dataStream, buffer, 8, &query.type, query.buffer.data(),
              &query.size);
 }
 
 TEST_F(DataStreamLines, DSGetBufferInfoOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(10, 0x100000008); },
-              .line = Fill("DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "iCommand=(Unknown BUFFER_INFO_CMD: 26), "
-                           "0x{}->(iType=INFO_DATATYPE_PTR) "
-                           "0x0000000000000000->(Buffer=NULL), 0x{}->(iSize=8))",
-                           Hex16(&query.type), Hex16(&query.size))},
+              .line = "DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "iCommand=(Unknown BUFFER_INFO_CMD: 26), "
+                      "0x{4}->(iType=INFO_DATATYPE_PTR) "
+                      "0x0000000000000000->(Buffer=NULL), 0x{6}->(iSize=8))"},
              &Functions::DSGetBufferInfo, dataStream, buffer, 26, &query.type, nullptr,
              &query.size);
 }
@@ -175,19 +165,17 @@ TEST_F(DataStreamLines, DSGetBufferInfoOfTheSizeAlone) {
 TEST_F(DataStreamLines, DSGetBufferInfoWithoutATypeShowsNULLAndAValueOfUnknownType) {
   std::uint64_t value = 5;
   std::size_t size = 0x100000008;
-  ExpectLine({.line = Fill("DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "iCommand=BUFFER_INFO_SIZE, 0x0000000000000000->(iType=NULL) "
-                           "0x{}->(Buffer=0x{}), 0x{}->(iSize=8))",
-                           Hex16(&value), Hex16(&value), Hex16(&size))},
+  ExpectLine({.line = "DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "iCommand=BUFFER_INFO_SIZE, 0x0000000000000000->(iType=NULL) "
+                      "0x{5}->(Buffer=0x{5}), 0x{6}->(iSize=8))"},
              &Functions::DSGetBufferInfo, dataStream, buffer, 1, nullptr, &value, &size);
 }
 
 TEST_F(DataStreamLines, DSGetBufferInfoWithoutATypeAndABuffer) {
   std::size_t size = 8;
-  ExpectLine({.line = Fill("DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
-                           "iCommand=BUFFER_INFO_BASE, 0x0000000000000000->(iType=NULL) "
-                           "0x0000000000000000->(Buffer=NULL), 0x{}->(iSize=8))",
-                           Hex16(&size))},
+  ExpectLine({.line = "DSGetBufferInfo(hDS=0x0000000000004000, hBuffer=0x0000000000005000, "
+                      "iCommand=BUFFER_INFO_BASE, 0x0000000000000000->(iType=NULL) "
+                      "0x0000000000000000->(Buffer=NULL), 0x{6}->(iSize=8))"},
              &Functions::DSGetBufferInfo, dataStream, buffer, 0, nullptr, nullptr, &size);
 }
 

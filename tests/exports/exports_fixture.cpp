@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "exports/exports_fixture.h"
 
 #include <algorithm>
@@ -71,47 +72,6 @@ void InfoQuery::AnswerText(std::string_view text) {
 void InfoQuery::AnswerSize(INFO_DATATYPE answeredType, std::size_t answeredSize) {
   type = answeredType;
   size = answeredSize;
-}
-
-void ExportsTest::ExpectOneLine() {
-  EXPECT_THAT(TakeLines(), ::testing::ElementsAre(::testing::StartsWith("INFO GC_ERR_SUCCESS=")));
-}
-
-void ExportsTest::OpenInterface(std::uintptr_t interfaceHandle) {
-  IF_HANDLE opened = Handle(interfaceHandle);
-  EXPECT_EQ(proxy.TLOpenInterface(Handle(0x1000), "interface", &opened), 0);
-  ExpectOneLine();
-}
-
-void ExportsTest::OpenDevice(std::uintptr_t interfaceHandle, std::uintptr_t device) {
-  DEV_HANDLE opened = Handle(device);
-  EXPECT_EQ(proxy.IFOpenDevice(Handle(interfaceHandle), "device", 4, &opened), 0);
-  ExpectOneLine();
-}
-
-void ExportsTest::OpenDataStream(std::uintptr_t device, std::uintptr_t dataStream) {
-  DS_HANDLE opened = Handle(dataStream);
-  EXPECT_EQ(proxy.DevOpenDataStream(Handle(device), "stream", &opened), 0);
-  ExpectOneLine();
-}
-
-void ExportsTest::AnnounceBuffer(std::uintptr_t dataStream, std::uintptr_t buffer) {
-  BUFFER_HANDLE announced = Handle(buffer);
-  EXPECT_EQ(proxy.DSAllocAndAnnounceBuffer(Handle(dataStream), 1024, nullptr, &announced), 0);
-  ExpectOneLine();
-}
-
-void ExportsTest::RegisterEvent(std::uintptr_t source, EVENT_TYPE type, std::uintptr_t event) {
-  EVENT_HANDLE registered = Handle(event);
-  EXPECT_EQ(proxy.GCRegisterEvent(Handle(source), type, &registered), 0);
-  ExpectOneLine();
-}
-
-void ExportsTest::OpenDataStreamAndAllAbove() {
-  OpenTransportLayer(0x1000);
-  OpenInterface(0x2000);
-  OpenDevice(0x2000, 0x3000);
-  OpenDataStream(0x3000, 0x4000);
 }
 
 }  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calling the proxy's functions as a consumer does, and judging the lines that the calls write.
 #ifndef VEXTREL_TESTS_EXPORTS_EXPORTS_FIXTURE_H
 #define VEXTREL_TESTS_EXPORTS_EXPORTS_FIXTURE_H
@@ -10,9 +11,12 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "model/log.h"
+#include "model/messages.h"
 #include "support/proxy.h"
 
 namespace vextrel_test {
@@ -65,14 +69,13 @@ struct InfoQuery {
   void AnswerSize(INFO_DATATYPE answeredType, std::size_t answeredSize);
 };
 
-inline constexpr const char* kNotOpened =
-    "ERROR The Transport Layer has not been successfully opened!";
+inline const std::string kNotOpened = model::Error(model::kNoTransportLayer);
 
 // One call and what the log has to show of it.
 struct ExpectedLine {
   // What the target does to the consumer's variables.
   std::function<void()> target = [] {};
-  // The line from the function's name on.
+  // The line from the function's name on; "{2}" is the second argument's address.
   std::string line;
   // The whole lines that follow when the call succeeds and no transport layer is open.
   std::vector<std::string> after = {};
@@ -100,6 +103,9 @@ class ExportsTest : public BoundProxy {
   template <typename... Parameters, typename... Arguments>
   void ExpectLine(const ExpectedLine& expected,
                   GC_ERROR (GC_CALLTYPE* Functions::*slot)(Parameters...), Arguments... arguments) {
+    std::string line = expected.line;
+    int number = 0;
+    ((line = FillArgument(line, ++number, arguments)), ...);
     static constexpr NamedResult kResults[] = {
         {0, "GC_ERR_SUCCESS"},
         {-1001, "GC_ERR_ERROR"},
@@ -111,7 +117,7 @@ class ExportsTest : public BoundProxy {
       TargetDoes(slot, result, expected.target);
       EXPECT_EQ((proxy.*slot)(arguments...), result);
       std::vector<::testing::Matcher<std::string>> lines = {
-          IsLine(std::string("INFO ") + name + "=" + expected.line)};
+          IsLine(std::string("INFO ") + name + "=" + line)};
       if (result == 0) {
         lines.insert(lines.end(), expected.after.begin(), expected.after.end());
       }
@@ -120,28 +126,17 @@ class ExportsTest : public BoundProxy {
     script.functions.*slot = nullptr;
   }
 
-  // A call that the target fails takes no step: it writes its own line and no other.
-  template <typename... Parameters, typename... Arguments>
-  void ExpectNoStepOnFailure(GC_ERROR (GC_CALLTYPE* Functions::*slot)(Parameters...),
-                             Arguments... arguments) {
-    TargetDoes(slot, -1001);
-    EXPECT_EQ((proxy.*slot)(arguments...), -1001);
-    EXPECT_THAT(TakeLines(), ::testing::ElementsAre(::testing::StartsWith("INFO GC_ERR_ERROR=")));
-    script.functions.*slot = nullptr;
-  }
-
-  // What a well-behaved consumer opens; the lines are taken off, and there is nothing in them but
-  // the calls'.
-  void OpenInterface(std::uintptr_t interfaceHandle);
-  void OpenDevice(std::uintptr_t interfaceHandle, std::uintptr_t device);
-  void OpenDataStream(std::uintptr_t device, std::uintptr_t dataStream);
-  void AnnounceBuffer(std::uintptr_t dataStream, std::uintptr_t buffer);
-  void RegisterEvent(std::uintptr_t source, EVENT_TYPE type, std::uintptr_t event);
-  // Transport layer 0x1000, interface 0x2000, device 0x3000, data stream 0x4000.
-  void OpenDataStreamAndAllAbove();
-
  private:
-  void ExpectOneLine();
+  template <typename Argument>
+  [[nodiscard]] static std::string FillArgument(std::string line, int number, Argument argument) {
+    if constexpr (std::is_pointer_v<Argument>) {
+      const std::string place = "{" + std::to_string(number) + "}";
+      for (std::size_t at = line.find(place); at != std::string::npos; at = line.find(place)) {
+        line.replace(at, place.size(), Hex16(argument));
+      }
+    }
+    return line;
+  }
 
   static inline std::function<void()> action_;
   static inline GC_ERROR result_ = 0;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The GenTL header as a C consumer uses it: it compiles as C11, and every function has the type and
    every enumerator the value that consumers and producers agree on. */
 #include "gentl/gentl.h"

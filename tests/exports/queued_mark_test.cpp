@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The queued mark of a buffer's record, which no line shows: here the exports are called in the
 // test program itself, with a target of its own and a look at the registry.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines of the transport layer's and the interfaces' functions.
 #include <cstring>
 
@@ -15,7 +16,7 @@ class TransportLayerLines : public ExportsTest {
 TEST_F(TransportLayerLines, TLOpen) {
   TL_HANDLE handle = nullptr;
   ExpectLine({.target = [&] { handle = Handle(0xFEDCBA9876543210); },
-              .line = Fill("TLOpen(0x{}->(pHandle=0xFEDCBA9876543210))", Hex16(&handle))},
+              .line = "TLOpen(0x{1}->(pHandle=0xFEDCBA9876543210))"},
              &Functions::TLOpen, &handle);
 }
 
@@ -25,48 +26,43 @@ TEST_F(TransportLayerLines, TLClose) {
 
 TEST_F(TransportLayerLines, TLGetInfoShowsTheHandleWithout0x) {
   ExpectLine({.target = [&] { query.AnswerText("acme"); },
-              .line = Fill("TLGetInfo(hTL=0000000000001000, iInfoCmd=TL_INFO_MODEL, "
-                           "0x{}->(iType=INFO_DATATYPE_STRING), 0x{}->(Buffer='acme'), "
-                           "0x{}->(iSize=5))",
-                           Hex16(&query.type), Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "TLGetInfo(hTL=0000000000001000, iInfoCmd=TL_INFO_MODEL, "
+                      "0x{3}->(iType=INFO_DATATYPE_STRING), 0x{4}->(Buffer='acme'), "
+                      "0x{5}->(iSize=5))"},
              &Functions::TLGetInfo, transportLayer, 2, &query.type, query.buffer.data(),
              &query.size);
 }
 
 TEST_F(TransportLayerLines, TLGetInfoOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(1000, 0x100000007); },
-              .line = Fill("TLGetInfo(hTL=0000000000001000, "
-                           "iInfoCmd=(Unknown TL_INFO_CMD: 1000), "
-                           "0x{}->(iType=(Unknown INFO_DATATYPE: 1000)), "
-                           "0x0000000000000000->(Buffer=(Unknown INFO_DATATYPE: 1000)), "
-                           "0x{}->(iSize=7))",
-                           Hex16(&query.type), Hex16(&query.size))},
+              .line = "TLGetInfo(hTL=0000000000001000, "
+                      "iInfoCmd=(Unknown TL_INFO_CMD: 1000), "
+                      "0x{3}->(iType=(Unknown INFO_DATATYPE: 1000)), "
+                      "0x0000000000000000->(Buffer=(Unknown INFO_DATATYPE: 1000)), "
+                      "0x{5}->(iSize=7))"},
              &Functions::TLGetInfo, transportLayer, 1000, &query.type, nullptr, &query.size);
 }
 
 TEST_F(TransportLayerLines, TLGetNumInterfacesShowsADecimalCountBehind0x) {
   std::uint32_t count = 0;
   ExpectLine({.target = [&] { count = 12; },
-              .line = Fill("TLGetNumInterfaces(hTL=0x0000000000001000, "
-                           "0x{}->(iNumInterfaces=0x12))",
-                           Hex16(&count))},
+              .line = "TLGetNumInterfaces(hTL=0x0000000000001000, "
+                      "0x{2}->(iNumInterfaces=0x12))"},
              &Functions::TLGetNumInterfaces, transportLayer, &count);
 }
 
 TEST_F(TransportLayerLines, TLGetInterfaceID) {
   ExpectLine({.target = [&] { query.AnswerText("if-0"); },
-              .line = Fill("TLGetInterfaceID(hTL=0x0000000000001000, iIndex=4294967295, "
-                           "0x{}->(Buffer=if-0), 0x{}->(iSize=5))",
-                           Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "TLGetInterfaceID(hTL=0x0000000000001000, iIndex=4294967295, "
+                      "0x{3}->(Buffer=if-0), 0x{4}->(iSize=5))"},
              &Functions::TLGetInterfaceID, transportLayer, 0xFFFFFFFFU, query.buffer.data(),
              &query.size);
 }
 
 TEST_F(TransportLayerLines, TLGetInterfaceIDOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.size = 0x100000005; },
-              .line = Fill("TLGetInterfaceID(hTL=0x0000000000001000, iIndex=0, "
-                           "0x0000000000000000->(Buffer=NULL), 0x{}->(iSize=5))",
-                           Hex16(&query.size))},
+              .line = "TLGetInterfaceID(hTL=0x0000000000001000, iIndex=0, "
+                      "0x0000000000000000->(Buffer=NULL), 0x{4}->(iSize=5))"},
              &Functions::TLGetInterfaceID, transportLayer, 0U, nullptr, &query.size);
 }
 
@@ -78,23 +74,21 @@ TEST_F(TransportLayerLines, TLGetInterfaceInfosValuesShiftByOnePlaceFromTheBuffe
     query.size = 0x4544434241;
   };
   ExpectLine({.target = target,
-              .line = Fill("TLGetInterfaceInfo(hTL=0x0000000000001000, "
-                           "0x{}->(sInterfaceName=if-0), iCmd=INTERFACE_INFO_TLTYPE, "
-                           "0x{}->(iType=INFO_DATATYPE_STRING), 0x<address>->(Buffer=ABCDE), "
-                           "0x0000004544434241->(iSize=0))",
-                           Hex16(id), Hex16(&query.type))},
+              .line = "TLGetInterfaceInfo(hTL=0x0000000000001000, "
+                      "0x{2}->(sInterfaceName=if-0), iCmd=INTERFACE_INFO_TLTYPE, "
+                      "0x{4}->(iType=INFO_DATATYPE_STRING), 0x<address>->(Buffer=ABCDE), "
+                      "0x0000004544434241->(iSize=0))"},
              &Functions::TLGetInterfaceInfo, transportLayer, id, 2, &query.type,
              query.buffer.data(), &query.size);
 }
 
 TEST_F(TransportLayerLines, TLGetInterfaceInfoOfNoInterfaceAndTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(1, 0x41); },
-              .line = Fill("TLGetInterfaceInfo(hTL=0x0000000000001000, "
-                           "0x0000000000000000->(sInterfaceName=NULL), "
-                           "iCmd=(Unknown INTERFACE_INFO_CMD: -1), "
-                           "0x{}->(iType=INFO_DATATYPE_STRING), 0x<address>->(Buffer=A), "
-                           "0x0000000000000041->(iSize=0))",
-                           Hex16(&query.type))},
+              .line = "TLGetInterfaceInfo(hTL=0x0000000000001000, "
+                      "0x0000000000000000->(sInterfaceName=NULL), "
+                      "iCmd=(Unknown INTERFACE_INFO_CMD: -1), "
+                      "0x{4}->(iType=INFO_DATATYPE_STRING), 0x<address>->(Buffer=A), "
+                      "0x0000000000000041->(iSize=0))"},
              &Functions::TLGetInterfaceInfo, transportLayer, nullptr, -1, &query.type, nullptr,
              &query.size);
 }
@@ -103,19 +97,17 @@ TEST_F(TransportLayerLines, TLOpenInterfaceShowsTheNewHandleWithout0x) {
   const char* id = "if-0";
   IF_HANDLE handle = nullptr;
   ExpectLine({.target = [&] { handle = Handle(0x2000); },
-              .line = Fill("TLOpenInterface(hTL=0x0000000000001000, 0x{}->(sInterfaceName=if-0), "
-                           "0x{}->(hInterface=0000000000002000))",
-                           Hex16(id), Hex16(&handle)),
+              .line = "TLOpenInterface(hTL=0x0000000000001000, 0x{2}->(sInterfaceName=if-0), "
+                      "0x{3}->(hInterface=0000000000002000))",
               .after = {kNotOpened}},
              &Functions::TLOpenInterface, transportLayer, id, &handle);
 }
 
 TEST_F(TransportLayerLines, TLOpenInterfaceOfNoName) {
   IF_HANDLE handle = nullptr;
-  ExpectLine({.line = Fill("TLOpenInterface(hTL=0x0000000000001000, "
-                           "0x0000000000000000->(sInterfaceName=NULL), "
-                           "0x{}->(hInterface=0000000000000000))",
-                           Hex16(&handle)),
+  ExpectLine({.line = "TLOpenInterface(hTL=0x0000000000001000, "
+                      "0x0000000000000000->(sInterfaceName=NULL), "
+                      "0x{3}->(hInterface=0000000000000000))",
               .after = {kNotOpened}},
              &Functions::TLOpenInterface, transportLayer, nullptr, &handle);
 }
@@ -123,9 +115,8 @@ TEST_F(TransportLayerLines, TLOpenInterfaceOfNoName) {
 TEST_F(TransportLayerLines, TLUpdateInterfaceListShowsTheFlagAsANumber) {
   bool8_t changed = 0;
   ExpectLine({.target = [&] { changed = 255; },
-              .line = Fill("TLUpdateInterfaceList(hTL=0x0000000000001000, "
-                           "0x{}->(bHasChanged=255), iTimeout=4294967295)",
-                           Hex16(&changed))},
+              .line = "TLUpdateInterfaceList(hTL=0x0000000000001000, "
+                      "0x{2}->(bHasChanged=255), iTimeout=4294967295)"},
              &Functions::TLUpdateInterfaceList, transportLayer, &changed, 0xFFFFFFFFFFFFFFFFU);
 }
 
@@ -148,55 +139,49 @@ TEST_F(InterfaceLines, IFClose) {
 
 TEST_F(InterfaceLines, IFGetInfo) {
   ExpectLine({.target = [&] { query.AnswerText("if-0"); },
-              .line = Fill("IFGetInfo(hInterface=0x0000000000002000, iID=INTERFACE_INFO_ID, "
-                           "0x{}->(iType=INFO_DATATYPE_STRING), 0x{}->(Buffer='if-0'), "
-                           "0x{}->(iSize=5))",
-                           Hex16(&query.type), Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "IFGetInfo(hInterface=0x0000000000002000, iID=INTERFACE_INFO_ID, "
+                      "0x{3}->(iType=INFO_DATATYPE_STRING), 0x{4}->(Buffer='if-0'), "
+                      "0x{5}->(iSize=5))"},
              &Functions::IFGetInfo, interfaceHandle, 0, &query.type, query.buffer.data(),
              &query.size);
 }
 
 TEST_F(InterfaceLines, IFGetInfoOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(1, 0x100000007); },
-              .line = Fill("IFGetInfo(hInterface=0x0000000000002000, "
-                           "iID=INTERFACE_INFO_CUSTOM_ID, "
-                           "0x{}->(iType=INFO_DATATYPE_STRING), 0x0000000000000000->(Buffer=NULL), "
-                           "0x{}->(iSize=7))",
-                           Hex16(&query.type), Hex16(&query.size))},
+              .line = "IFGetInfo(hInterface=0x0000000000002000, "
+                      "iID=INTERFACE_INFO_CUSTOM_ID, "
+                      "0x{3}->(iType=INFO_DATATYPE_STRING), 0x0000000000000000->(Buffer=NULL), "
+                      "0x{5}->(iSize=7))"},
              &Functions::IFGetInfo, interfaceHandle, 1000, &query.type, nullptr, &query.size);
 }
 
 TEST_F(InterfaceLines, IFGetNumDevicesShowsADecimalCountBehind0x) {
   std::uint32_t count = 0;
   ExpectLine({.target = [&] { count = 10; },
-              .line = Fill("IFGetNumDevices(hInterface=0x0000000000002000, "
-                           "0x{}->(iNumDevices=0x10))",
-                           Hex16(&count))},
+              .line = "IFGetNumDevices(hInterface=0x0000000000002000, "
+                      "0x{2}->(iNumDevices=0x10))"},
              &Functions::IFGetNumDevices, interfaceHandle, &count);
 }
 
 TEST_F(InterfaceLines, IFGetDeviceID) {
   ExpectLine({.target = [&] { query.AnswerText("cam"); },
-              .line = Fill("IFGetDeviceID(hInterface=0x0000000000002000, iIndex=1, "
-                           "0x{}->(Buffer=cam), 0x{}->(iSize=4))",
-                           Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "IFGetDeviceID(hInterface=0x0000000000002000, iIndex=1, "
+                      "0x{3}->(Buffer=cam), 0x{4}->(iSize=4))"},
              &Functions::IFGetDeviceID, interfaceHandle, 1U, query.buffer.data(), &query.size);
 }
 
 TEST_F(InterfaceLines, IFGetDeviceIDOfTheSizeAlone) {
   ExpectLine({.target = [&] { query.size = 0x100000004; },
-              .line = Fill("IFGetDeviceID(hInterface=0x0000000000002000, iIndex=4294967295, "
-                           "0x0000000000000000->(Buffer=NULL), 0x{}->(iSize=4))",
-                           Hex16(&query.size))},
+              .line = "IFGetDeviceID(hInterface=0x0000000000002000, iIndex=4294967295, "
+                      "0x0000000000000000->(Buffer=NULL), 0x{4}->(iSize=4))"},
              &Functions::IFGetDeviceID, interfaceHandle, 0xFFFFFFFFU, nullptr, &query.size);
 }
 
 TEST_F(InterfaceLines, IFUpdateDeviceListShowsTheFlagAsANumber) {
   bool8_t changed = 0;
   ExpectLine({.target = [&] { changed = 129; },
-              .line = Fill("IFUpdateDeviceList(hInterface=0x0000000000002000, "
-                           "0x{}->(bHasChanged=129), iTimeout=1000)",
-                           Hex16(&changed))},
+              .line = "IFUpdateDeviceList(hInterface=0x0000000000002000, "
+                      "0x{2}->(bHasChanged=129), iTimeout=1000)"},
              &Functions::IFUpdateDeviceList, interfaceHandle, &changed, 1000U);
 }
 
@@ -208,20 +193,18 @@ TEST_F(InterfaceLines, IFUpdateDeviceListWithoutAFlagShowsSixteenZeros) {
 
 TEST_F(InterfaceLines, IFGetDeviceInfoShowsTheDevicesNameWithoutItsAddress) {
   ExpectLine({.target = [&] { query.AnswerText("acme"); },
-              .line = Fill("IFGetDeviceInfo(hInterface=0x0000000000002000, psDeviceName=cam, "
-                           "iID=DEVICE_INFO_VENDOR, 0x{}->(iType=INFO_DATATYPE_STRING), "
-                           "0x{}->(Buffer='acme'), 0x{}->(iSize=5))",
-                           Hex16(&query.type), Hex16(query.buffer.data()), Hex16(&query.size))},
+              .line = "IFGetDeviceInfo(hInterface=0x0000000000002000, psDeviceName=cam, "
+                      "iID=DEVICE_INFO_VENDOR, 0x{4}->(iType=INFO_DATATYPE_STRING), "
+                      "0x{5}->(Buffer='acme'), 0x{6}->(iSize=5))"},
              &Functions::IFGetDeviceInfo, interfaceHandle, "cam", 1, &query.type,
              query.buffer.data(), &query.size);
 }
 
 TEST_F(InterfaceLines, IFGetDeviceInfoOfNoNameAndTheSizeAlone) {
   ExpectLine({.target = [&] { query.AnswerSize(5, 0x100000004); },
-              .line = Fill("IFGetDeviceInfo(hInterface=0x0000000000002000, psDeviceName=NULL, "
-                           "iID=DEVICE_INFO_ACCESS_STATUS, 0x{}->(iType=INFO_DATATYPE_INT32), "
-                           "0x0000000000000000->(Buffer=NULL), 0x{}->(iSize=4))",
-                           Hex16(&query.type), Hex16(&query.size))},
+              .line = "IFGetDeviceInfo(hInterface=0x0000000000002000, psDeviceName=NULL, "
+                      "iID=DEVICE_INFO_ACCESS_STATUS, 0x{4}->(iType=INFO_DATATYPE_INT32), "
+                      "0x0000000000000000->(Buffer=NULL), 0x{6}->(iSize=4))"},
              &Functions::IFGetDeviceInfo, interfaceHandle, nullptr, 5, &query.type, nullptr,
              &query.size);
 }
@@ -230,29 +213,26 @@ TEST_F(InterfaceLines, IFOpenDeviceShowsTheLow32BitsOfTheNewHandle) {
   const char* id = "cam";
   DEV_HANDLE handle = nullptr;
   ExpectLine({.target = [&] { handle = Handle(0x123456780ABCDEF0); },
-              .line = Fill("IFOpenDevice(hInterface=0x0000000000002000, 0x{}->(sDevName=cam), "
-                           "iOpenFlags=DEVICE_ACCESS_EXCLUSIVE, 0x{}->(hDev=0xabcdef0))",
-                           Hex16(id), Hex16(&handle)),
+              .line = "IFOpenDevice(hInterface=0x0000000000002000, 0x{2}->(sDevName=cam), "
+                      "iOpenFlags=DEVICE_ACCESS_EXCLUSIVE, 0x{4}->(hDev=0xabcdef0))",
               .after = {kNotOpened}},
              &Functions::IFOpenDevice, interfaceHandle, id, 4, &handle);
 }
 
 TEST_F(InterfaceLines, IFOpenDeviceOfNoNameAndUnknownFlags) {
   DEV_HANDLE handle = nullptr;
-  ExpectLine({.line = Fill("IFOpenDevice(hInterface=0x0000000000002000, "
-                           "0x0000000000000000->(sDevName=NULL), "
-                           "iOpenFlags=(Unknown DEVICE_ACCESS_FLAGS: 5), 0x{}->(hDev=0x0))",
-                           Hex16(&handle)),
+  ExpectLine({.line = "IFOpenDevice(hInterface=0x0000000000002000, "
+                      "0x0000000000000000->(sDevName=NULL), "
+                      "iOpenFlags=(Unknown DEVICE_ACCESS_FLAGS: 5), 0x{4}->(hDev=0x0))",
               .after = {kNotOpened}},
              &Functions::IFOpenDevice, interfaceHandle, nullptr, 5, &handle);
 }
 
 TEST_F(InterfaceLines, IFOpenDeviceWithoutRoomForAHandleHasAShortForm) {
   const char* id = "cam";
-  ExpectLine({.line = Fill("IFOpenDevice(hInterface=0x0000000000002000, 0x{}->(sDevName=cam), "
-                           "iOpenFlags=DEVICE_ACCESS_CONTROL, 0x0000000000000000)",
-                           Hex16(id)),
-              .after = {"ERROR IFOpenDevice returned a NULL handle to the device!"}},
+  ExpectLine({.line = "IFOpenDevice(hInterface=0x0000000000002000, 0x{2}->(sDevName=cam), "
+                      "iOpenFlags=DEVICE_ACCESS_CONTROL, 0x0000000000000000)",
+              .after = {model::Error(model::kNoDeviceSlot)}},
              &Functions::IFOpenDevice, interfaceHandle, id, 3, nullptr);
 }
 

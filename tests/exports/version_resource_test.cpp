@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module's version resource, which only Windows modules carry.
 #include <gtest/gtest.h>
 #include <windows.h>

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "camera_xml.h"
 
 #include <array>
 #include <stdexcept>
 
-#include "samples/producer.h"
+#include "support/held_target.h"
 
-namespace golden {
+namespace vextrel_test {
 namespace {
 
 void Require(GC_ERROR result, const char* function) {
@@ -14,13 +15,13 @@ void Require(GC_ERROR result, const char* function) {
   }
 }
 
-// The size stands in hexadecimal at the end of the URL.
+// The URL ends with the size in hexadecimal digits.
 [[nodiscard]] std::size_t SizeIn(const std::string& url) {
-  constexpr int kHexadecimal = 16;
-  return std::stoul(url.substr(url.rfind(';') + 1), nullptr, kHexadecimal);
+  constexpr int hexadecimal = 16;
+  return std::stoul(url.substr(url.rfind(';') + 1), nullptr, hexadecimal);
 }
 
-[[nodiscard]] std::string ReadXml(const Producer& camera) {
+[[nodiscard]] std::string ReadXml(const GenTLFunctions& camera) {
   TL_HANDLE transportLayer = nullptr;
   Require(camera.TLOpen(&transportLayer), "TLOpen");
   IF_HANDLE interfaceHandle = nullptr;
@@ -33,10 +34,10 @@ void Require(GC_ERROR result, const char* function) {
   std::array<char, 256> url{};
   std::size_t size = url.size();
   Require(camera.GCGetPortURL(port, url.data(), &size), "GCGetPortURL");
-  constexpr std::uint64_t kXmlAddress = 0x10000;
+  constexpr std::uint64_t xmlAddress = 0x10000;
   std::string xml(SizeIn(url.data()), '\0');
   size = xml.size();
-  Require(camera.GCReadPort(port, kXmlAddress, xml.data(), &size), "GCReadPort");
+  Require(camera.GCReadPort(port, xmlAddress, xml.data(), &size), "GCReadPort");
   xml.resize(size);
   return xml;
 }
@@ -44,14 +45,15 @@ void Require(GC_ERROR result, const char* function) {
 }  // namespace
 
 std::string ReadCameraXml(const std::string& cameraPath) {
-  const Producer camera(cameraPath);
-  if (!camera.module.Loaded()) {
+  const Module module(cameraPath);
+  if (!module.IsLoaded()) {
     throw std::runtime_error("cannot load " + cameraPath);
   }
+  const GenTLFunctions camera = FunctionsOf(module);
   Require(camera.GCInitLib(), "GCInitLib");
   std::string xml = ReadXml(camera);
   Require(camera.GCCloseLib(), "GCCloseLib");
   return xml;
 }
 
-}  // namespace golden
+}  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "comparison.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 #include <sstream>
 #include <utility>
 
-namespace golden {
+namespace vextrel_test {
 namespace {
 
 constexpr int kDecimal = 10;
@@ -126,7 +127,7 @@ class Reader {
 
   // Takes the next piece off the expected line.
   [[nodiscard]] bool ReadNext(std::string_view& expected) {
-    constexpr std::size_t kEscapeSize = 4;
+    constexpr std::size_t escapeSize = 4;
     if (expected.front() == '<') {
       const std::size_t end = expected.find('>');
       const std::string_view mark = expected.substr(1, end - 1);
@@ -135,7 +136,7 @@ class Reader {
     }
     if (expected.starts_with("\\x")) {
       const char byte = static_cast<char>(Number(expected.substr(2, 2), kHexadecimal));
-      expected.remove_prefix(std::min(kEscapeSize, expected.size()));
+      expected.remove_prefix(std::min(escapeSize, expected.size()));
       return ReadText({&byte, 1});
     }
     const std::size_t size = std::min(expected.find_first_of("<\\", 1), expected.size());
@@ -145,9 +146,9 @@ class Reader {
   }
 
   [[nodiscard]] bool ReadMark(std::string_view mark) {
-    constexpr std::string_view kHalf = "LOW HALF OF ";
-    constexpr std::string_view kEvent = "EVENT DATA OF ";
-    constexpr std::string_view kAnd = " AND ";
+    constexpr std::string_view lowHalf = "LOW HALF OF ";
+    constexpr std::string_view event = "EVENT DATA OF ";
+    constexpr std::string_view conjunction = " AND ";
     if (const auto text = texts_.find(mark); text != texts_.end()) {
       return ReadText(text->second);
     }
@@ -161,16 +162,16 @@ class Reader {
     if (mark == "TIME") {
       return ReadNumber(kDecimalDigits, kDecimal, UINT32_MAX, [](std::uint64_t) { return true; });
     }
-    if (mark.starts_with(kHalf)) {
-      const std::string_view name = mark.substr(kHalf.size());
+    if (mark.starts_with(lowHalf)) {
+      const std::string_view name = mark.substr(lowHalf.size());
       return ReadNumber(kLowerDigits, kHexadecimal, UINT32_MAX, [&](std::uint64_t half) {
         return names_.AgreeOnHalf(name, static_cast<std::uint32_t>(half));
       });
     }
-    if (const std::size_t middle = mark.find(kAnd);
-        mark.starts_with(kEvent) && middle != std::string_view::npos) {
-      return ReadEventData(mark.substr(kEvent.size(), middle - kEvent.size()),
-                           mark.substr(middle + kAnd.size()));
+    if (const std::size_t middle = mark.find(conjunction);
+        mark.starts_with(event) && middle != std::string_view::npos) {
+      return ReadEventData(mark.substr(event.size(), middle - event.size()),
+                           mark.substr(middle + conjunction.size()));
     }
     Names& names = IsLowerCase(mark) ? namesOfLine_ : names_;
     if (!ReadAddress([&](std::uint64_t address) { return names.Agree(mark, address); })) {
@@ -215,16 +216,16 @@ class Reader {
   }
 
   [[nodiscard]] bool ReadByte(std::uint8_t& byte) {
-    constexpr std::size_t kDigits = 2;
+    constexpr std::size_t count = 2;
     if (!ReadText("0x")) {
       return false;
     }
     const std::string_view digits = PeekDigits(kLowerDigits);
-    if (digits.size() != kDigits) {
+    if (digits.size() != count) {
       return Refuse("two lower-case digits");
     }
     byte = static_cast<std::uint8_t>(Number(digits, kHexadecimal));
-    position_ += kDigits;
+    position_ += count;
     return true;
   }
 
@@ -235,9 +236,9 @@ class Reader {
       if ((index != 0 && !ReadText(",")) || !ReadByte(byte)) {
         return false;
       }
-      constexpr std::size_t kBitsPerByte = 8;
+      constexpr std::size_t bitsPerByte = 8;
       addresses[index / kAddressBytes] |= std::uint64_t{byte}
-                                          << (kBitsPerByte * (index % kAddressBytes));
+                                          << (bitsPerByte * (index % kAddressBytes));
     }
     if (!names_.Agree(first, addresses[0]) || !names_.Agree(second, addresses[1])) {
       return Refuse("the bytes of <" + std::string(first) + "> and <" + std::string(second) +
@@ -258,9 +259,9 @@ class Reader {
 
 // Short and fit to print: control characters and bytes beyond ASCII as \xHH.
 [[nodiscard]] std::string Printable(std::string_view text) {
-  constexpr std::size_t kMost = 300;
+  constexpr std::size_t most = 300;
   std::string printable;
-  for (const char letter : text.substr(0, kMost)) {
+  for (const char letter : text.substr(0, most)) {
     const auto byte = static_cast<std::uint8_t>(letter);
     if (byte >= 0x20 && byte < 0x7F) {
       printable += letter;
@@ -268,7 +269,7 @@ class Reader {
       printable += std::string("\\x") + kLowerDigits[byte / 16] + kLowerDigits[byte % 16];
     }
   }
-  return printable + (text.size() > kMost ? "..." : "");
+  return printable + (text.size() > most ? "..." : "");
 }
 
 [[nodiscard]] std::string_view FirstLine(std::string_view text) {
@@ -277,11 +278,11 @@ class Reader {
 
 [[nodiscard]] std::string Describe(const Reader& reader, std::string_view expectedLine) {
   const std::string_view read = reader.ReadOfLine();
-  constexpr std::size_t kContext = 100;
+  constexpr std::size_t context = 100;
   std::ostringstream text;
   text << "message " << reader.Line() << " differs after " << read.size() << " bytes\n"
        << "  expected:  " << expectedLine << '\n'
-       << "  it has:    " << Printable(read.substr(read.size() - std::min(read.size(), kContext)))
+       << "  it has:    " << Printable(read.substr(read.size() - std::min(read.size(), context)))
        << '\n'
        << "  and then:  " << Printable(FirstLine(reader.Rest())) << '\n'
        << "  not:       " << Printable(reader.Wanted()) << '\n';
@@ -308,4 +309,4 @@ std::string FindDifference(std::string_view expected, std::string_view actual, c
   return "";
 }
 
-}  // namespace golden
+}  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Comparing a call log with an expected one ("golden log"), byte by byte but for what differs from
 // run to run.
 //
@@ -10,7 +11,7 @@
 //   <EVENT DATA OF name AND name>  the dump of sixteen bytes that are these two addresses, with the
 //                               line feed that ends it
 //   <name>                      an address that is the same wherever the name stands; a name in
-//                               lower case is good for one line
+//                               lower case is valid within one line
 // and those for which a text is given.
 #ifndef VEXTREL_TESTS_GOLDEN_COMPARISON_H
 #define VEXTREL_TESTS_GOLDEN_COMPARISON_H
@@ -19,7 +20,7 @@
 #include <string>
 #include <string_view>
 
-namespace golden {
+namespace vextrel_test {
 
 // The texts that marks stand for, by what stands between the brackets.
 using Texts = std::map<std::string, std::string, std::less<>>;
@@ -29,6 +30,6 @@ using Texts = std::map<std::string, std::string, std::less<>>;
 [[nodiscard]] std::string FindDifference(std::string_view expected, std::string_view actual,
                                          const Texts& texts);
 
-}  // namespace golden
+}  // namespace vextrel_test
 
 #endif  // VEXTREL_TESTS_GOLDEN_COMPARISON_H

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "comparison.h"
 
 #include <gtest/gtest.h>
 
-namespace golden {
+namespace vextrel_test {
 namespace {
 
 constexpr const char* kDump =
@@ -78,10 +79,10 @@ TEST(ComparisonTest, RefusesNamesThatStandOnce) {
 }
 
 TEST(ComparisonTest, WantsTheLowHalfOfTheNamedAddress) {
-  constexpr const char* kExpected = "0x<LOW HALF OF A>\n0x<A>\n";
-  EXPECT_TRUE(Agree(kExpected, "0x5678abcd\n0x000012345678ABCD\n"));
-  EXPECT_FALSE(Agree(kExpected, "0x5678abce\n0x000012345678ABCD\n"));
-  EXPECT_FALSE(Agree(kExpected, "0x12345678abcd\n0x000012345678ABCD\n"));
+  constexpr const char* expected = "0x<LOW HALF OF A>\n0x<A>\n";
+  EXPECT_TRUE(Agree(expected, "0x5678abcd\n0x000012345678ABCD\n"));
+  EXPECT_FALSE(Agree(expected, "0x5678abce\n0x000012345678ABCD\n"));
+  EXPECT_FALSE(Agree(expected, "0x12345678abcd\n0x000012345678ABCD\n"));
   EXPECT_FALSE(Agree("<A>\n<LOW HALF OF A>\n", "000012345678ABCD\n5678abce\n"));
 }
 
@@ -95,12 +96,12 @@ TEST(ComparisonTest, TakesANumberOfThirtyTwoBitsForATime) {
 
 TEST(ComparisonTest, ReadsTheAddressesInEventData) {
   const std::string dump = kDump;
-  constexpr const char* kExpected = "<A>,<B>\n(<EVENT DATA OF A AND B>)\n";
-  EXPECT_TRUE(Agree(kExpected, "123456789ABCDEF0,0000000000000001\n(" + dump + "\n)\n"));
-  EXPECT_FALSE(Agree(kExpected, "123456789ABCDEF1,0000000000000001\n(" + dump + "\n)\n"));
-  EXPECT_FALSE(Agree(kExpected, "123456789ABCDEF0,0000000000000002\n(" + dump + "\n)\n"));
-  EXPECT_FALSE(Agree(kExpected, "123456789ABCDEF0,0000000000000001\n(" + dump + ")\n"));
-  EXPECT_FALSE(Agree(kExpected, "123456789ABCDEF0,0000000000000001\n(" + dump + ",0x00\n)\n"));
+  constexpr const char* expected = "<A>,<B>\n(<EVENT DATA OF A AND B>)\n";
+  EXPECT_TRUE(Agree(expected, "123456789ABCDEF0,0000000000000001\n(" + dump + "\n)\n"));
+  EXPECT_FALSE(Agree(expected, "123456789ABCDEF1,0000000000000001\n(" + dump + "\n)\n"));
+  EXPECT_FALSE(Agree(expected, "123456789ABCDEF0,0000000000000002\n(" + dump + "\n)\n"));
+  EXPECT_FALSE(Agree(expected, "123456789ABCDEF0,0000000000000001\n(" + dump + ")\n"));
+  EXPECT_FALSE(Agree(expected, "123456789ABCDEF0,0000000000000001\n(" + dump + ",0x00\n)\n"));
 }
 
 TEST(ComparisonTest, TellsWhereTheFirstDifferenceIs) {
@@ -114,4 +115,4 @@ TEST(ComparisonTest, TellsWhereTheFirstDifferenceIs) {
 }
 
 }  // namespace
-}  // namespace golden
+}  // namespace vextrel_test

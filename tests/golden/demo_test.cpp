@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,17 +9,17 @@
 
 #include "traced_run.h"
 
-namespace golden {
+namespace vextrel_test {
 namespace {
 
 [[nodiscard]] bool BeginsWithLevel(std::string_view line) {
-  constexpr std::string_view kLevels[] = {"INFO ", "WARN ", "ERROR "};
-  return std::ranges::any_of(kLevels,
+  constexpr std::string_view levels[] = {"INFO ", "WARN ", "ERROR "};
+  return std::ranges::any_of(levels,
                              [&](std::string_view level) { return line.starts_with(level); });
 }
 
 TEST(DemoTest, TheFirstRunWritesAtLeastAHundredLines) {
-  const TracedRun run = Trace("demo", {"--frames", "10"}, std::nullopt);
+  const TracedRun run = Trace("demo", {"--frames", "10"}, nullptr);
   EXPECT_EQ(run.outcome.exitCode, 0) << run.outcome.err;
   std::size_t count = 0;
   std::istringstream lines(run.log);
@@ -29,4 +30,4 @@ TEST(DemoTest, TheFirstRunWritesAtLeastAHundredLines) {
 }
 
 }  // namespace
-}  // namespace golden
+}  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The call logs of whole sessions, every byte of them.
 #include <gtest/gtest.h>
 
@@ -9,9 +10,11 @@
 
 #include "camera_xml.h"
 #include "comparison.h"
+#include "support/files.h"
+#include "support/system.h"
 #include "traced_run.h"
 
-namespace golden {
+namespace vextrel_test {
 namespace {
 
 // A frame takes longer than the consumer is ever kept from running, so a buffer always waits for
@@ -19,7 +22,7 @@ namespace {
 constexpr const char* kSlow = "5";
 
 [[nodiscard]] std::string Dump(std::string_view bytes) {
-  constexpr std::size_t kItemsPerLine = 16;
+  constexpr std::size_t itemsPerLine = 16;
   std::string dump;
   for (std::size_t index = 0; index < bytes.size(); ++index) {
     char item[sizeof "0x00"];
@@ -28,7 +31,7 @@ constexpr const char* kSlow = "5";
     if (index + 1 < bytes.size()) {
       dump += ',';
     }
-    if (index % kItemsPerLine == kItemsPerLine - 1) {
+    if (index % itemsPerLine == itemsPerLine - 1) {
       dump += '\n';
     }
   }
@@ -41,14 +44,15 @@ constexpr const char* kSlow = "5";
   return digits;
 }
 
-void ExpectLog(const char* goldenLog, const TracedRun& run) {
+void ExpectLog(const char* goldenLog, const TracedRun& run, Edition edition = Edition::Plain) {
   EXPECT_EQ(run.outcome.exitCode, 0);
-  // Nothing of the consumer's own: the default log channel may be there, too.
+  // The default log channel may have written there, but not the consumer.
   EXPECT_EQ(run.outcome.err.find("grab: "), std::string::npos) << run.outcome.err;
-  const std::string expected = ReadLog(std::filesystem::path(GOLDEN_FOLDER) / goldenLog);
+  const std::string expected = ReadFile(std::filesystem::path(GOLDEN_FOLDER) / goldenLog);
   ASSERT_NE(expected, "") << "no file " << goldenLog;
-  const std::string xml = ReadCameraXml(CameraPath());
-  const Texts texts = {{"PRODUCER", CameraPath()},
+  const std::string camera = CameraPath(edition);
+  const std::string xml = ReadCameraXml(camera);
+  const Texts texts = {{"PRODUCER", camera},
                        {"XML", xml},
                        {"XML DUMP", Dump(xml)},
                        {"XML SIZE", std::to_string(xml.size())},
@@ -61,10 +65,16 @@ TEST(GoldenTest, GrabbingTenFramesIsLoggedToTheLetter) {
 }
 
 TEST(GoldenTest, ClosingBadlyIsLoggedAndReportedToTheLetter) {
-  // What is left open is forgotten on purpose, which a leak detector need not tell.
-  child_process::SetVariable("LSAN_OPTIONS", "detect_leaks=0");
+  // The consumer leaks what it leaves open on purpose.
+  SetVariable("LSAN_OPTIONS", "detect_leaks=0");
   ExpectLog("misuse.log", Trace("misuse", {"--frames", "3", "--misuse"}, kSlow));
 }
 
+TEST(GoldenTest, GrabbingPartsAndChunksIsLoggedToTheLetter) {
+  ExpectLog("grab_gentl_1_5.log",
+            Trace("grab_gentl_1_5", {"--genTL", "1.5", "--frames", "2"}, kSlow, Edition::Extended),
+            Edition::Extended);
+}
+
 }  // namespace
-}  // namespace golden
+}  // namespace vextrel_test

@@ -1,33 +1,31 @@
-// The sample consumer in a process of its own, traced by vextrel.cti on its way to the simulated
-// camera.
+// SPDX-License-Identifier: MIT
+// The sample consumer in a process of its own, traced on its way to the simulated camera.
 #ifndef VEXTREL_TESTS_GOLDEN_TRACED_RUN_H
 #define VEXTREL_TESTS_GOLDEN_TRACED_RUN_H
 
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "samples/child_process.h"
+#include "support/process.h"
 
-namespace golden {
+namespace vextrel_test {
+
+// Which of the two modules traces, and which of the two cameras is its target.
+enum class Edition { Plain, Extended };
 
 struct TracedRun {
-  child_process::Outcome outcome;
-  std::string log;  // "LEVEL message" lines with '\n' line ends, all other bytes as they are
+  Outcome outcome;
+  std::string log;  // "LEVEL message" lines, as ReadFile returns them
 };
 
-// `name` is that of a folder for the run's files. Without a frame rate, in frames per second, the
-// camera has its own.
+// Runs the consumer in a folder of that name. Without a frame rate, in frames per second, the
+// camera uses its default.
 [[nodiscard]] TracedRun Trace(const std::string& name, const std::vector<std::string>& arguments,
-                              const std::optional<std::string>& frameRate);
+                              const char* frameRate, Edition edition = Edition::Plain);
 
 // The camera's module as the environment names it.
-[[nodiscard]] std::string CameraPath();
+[[nodiscard]] std::string CameraPath(Edition edition);
 
-// All bytes of a file, with '\n' line ends.
-[[nodiscard]] std::string ReadLog(const std::filesystem::path& file);
-
-}  // namespace golden
+}  // namespace vextrel_test
 
 #endif  // VEXTREL_TESTS_GOLDEN_TRACED_RUN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paths of configuration files with odd letters, and of odd lengths.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ class ConfigPath : public HostileConfigFixture {
  protected:
   // Writes a configuration; the name is what the system gets, byte by byte.
   [[nodiscard]] std::string WriteConfig(const std::string& name) const {
-    const std::string path = folder().string() + kSeparator + name;
+    const std::string path = Folder().string() + kSeparator + name;
     std::ofstream file(path, std::ios::binary);
     file << GoodConfig();
     EXPECT_TRUE(file.good()) << name;
@@ -61,7 +62,7 @@ class LongConfigPath : public ConfigPath, public ::testing::WithParamInterface<s
 
 TEST_P(LongConfigPath, IsTakenWhole) {
   std::string name = "log.properties";
-  if ((GetParam() - folder().string().size() - 1 - name.size()) % 2 != 0) {
+  if ((GetParam() - Folder().string().size() - 1 - name.size()) % 2 != 0) {
     name = "logs.properties";
   }
   std::string path = WriteConfig(name);
@@ -76,7 +77,7 @@ TEST_P(LongConfigPath, IsTakenWhole) {
 }
 
 TEST_P(LongConfigPath, IsTakenWholeFromAReference) {
-  std::string root = folder().string();
+  std::string root = Folder().string();
   const std::string file = WriteConfig("log.properties").substr(root.size());
   while (root.size() + file.size() + 2 <= GetParam()) {
     root += kSeparator;
@@ -92,7 +93,7 @@ TEST_P(LongConfigPath, IsTakenWholeFromAReference) {
 }
 
 TEST_P(LongConfigPath, IsShownWholeIfThereIsNoSuchFile) {
-  std::string path = folder().string() + kSeparator;
+  std::string path = Folder().string() + kSeparator;
   while (path.size() < GetParam()) {
     path += static_cast<char>('a' + path.size() % 23);
   }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Configuration files that are broken, huge or no configuration at all.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -89,11 +90,11 @@ TEST_F(HostileConfig, OfZeroBytesIsRefused) {
   ExpectRefused(std::string(kMega, '\0'), "Unable to find category: rootCategory");
 }
 
-TEST_F(HostileConfig, MayHoldZeroBytesBehindItsLines) {
+TEST_F(HostileConfig, MayHoldZeroBytesAfterItsLines) {
   ExpectTaken(GoodConfig() + std::string(1000, '\0') + "\n");
 }
 
-// The module holds all kinds of texts; which of them is refused first is not the question.
+// Which of the module's many texts is refused first doesn't matter.
 TEST_F(HostileConfig, ThatIsAModuleIsRefused) {
   SetVariable(kLogConfigVariable, ProxyPath().string().c_str());
   const std::vector<std::string> lines = Init();
@@ -124,7 +125,7 @@ TEST_F(HostileConfig, WithOldMacLineEndsIsOneLine) {
 
 TEST_F(HostileConfig, MayNameAFolderAsItsLogFile) {
   UseConfig("rootCategory=INFO, file\nappender.file=FileAppender\nappender.file.fileName=" +
-            folder().string() + "\nappender.file.layout=SimpleLayout\n");
+            Folder().string() + "\nappender.file.layout=SimpleLayout\n");
   EXPECT_THAT(Init(), ElementsAre(LoadingConfig(ConfigFile())));
   ExpectCallsComeThrough();
 }
@@ -185,8 +186,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(HostileConfig, ThatIsAFolderLetsCallsThrough) {
-  SetVariable(kLogConfigVariable, folder().string().c_str());
-  EXPECT_EQ(Init()[0], CannotOpenConfig(folder().string()));
+  SetVariable(kLogConfigVariable, Folder().string().c_str());
+  EXPECT_EQ(Init()[0], CannotOpenConfig(Folder().string()));
   const DebugOutput quiet;
   ExpectCallsComeThrough();
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a module of its own making exports on Linux; Windows has a list for that.
 #ifndef VEXTREL_TESTS_HOSTILE_EXPORTED_H
 #define VEXTREL_TESTS_HOSTILE_EXPORTED_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A target whose GCInitLib fails: the failure is the consumer's, and the binding stands.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ class FailingInit : public LibraryFixture, public ::testing::WithParamInterface<
 TEST_P(FailingInit, IsReturnedAndNamedAndLeavesTheTargetBound) {
   const HeldTarget target;
   Prepare();
-  target.script().result = GetParam().code;
+  target.Script().result = GetParam().code;
   EXPECT_EQ(proxy.GCInitLib(), GetParam().code);
   const std::string shown = GetParam().shown;
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
@@ -31,7 +32,7 @@ TEST_P(FailingInit, IsReturnedAndNamedAndLeavesTheTargetBound) {
   EXPECT_THAT(TakeLines(), ElementsAre(OpenLine(shown)));
   EXPECT_EQ(proxy.GCCloseLib(), GetParam().code);
   EXPECT_THAT(TakeLines(), ElementsAre("INFO " + shown + "=GCCloseLib(void)"));
-  EXPECT_EQ(target.script().calls, 3);
+  EXPECT_EQ(target.Script().calls, 3);
 }
 
 INSTANTIATE_TEST_SUITE_P(

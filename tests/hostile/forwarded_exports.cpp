@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Holds a function that another module seems to export.
 #include <cstdint>
 

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: MIT
 // Targets with fewer exports than functions, and with exports that are not what they seem.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -10,17 +12,14 @@
 namespace vextrel_test {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::Not;
-using ::testing::UnorderedElementsAreArray;
 
 std::filesystem::path Target(const char* name) {
   return ScriptedTargetPath().parent_path() / name;
 }
 
 std::string NotExported(const std::string& name) {
-  return "ERROR " + (name == "EventGetData" ? "GEventGetData" : name) + " not exported";
+  return "ERROR " + NameInMissingLine(name) + " not exported";
 }
 
 class OddTarget : public LibraryFixture {
@@ -48,33 +47,40 @@ TEST_F(OddTarget, WithEverySecondFunctionHasALineForEachOfTheOthers) {
       missing.push_back(NotExported(name));
     }
   });
-  ASSERT_EQ(missing.size(), 25U);
+  ASSERT_EQ(missing.size(), kFunctionCount / 2);
   ASSERT_NE(exports.FindAddress("GCInitLib"), nullptr);
-  EXPECT_THAT(BindAndTakeMissing(Target("half_target.cti")), UnorderedElementsAreArray(missing));
+  EXPECT_EQ(BindAndTakeMissing(Target("half_target.cti")), missing);
 }
 
 TEST_F(OddTarget, WithEverySecondFunctionIsCalledForThoseAlone) {
   const HeldTarget target(Target("half_target.cti"));
   const Module exports(Target("half_target.cti"));
   Bind(Target("half_target.cti"));
-  target.script().calls = 0;
-  target.script().result = GC_ERR_TIMEOUT;
-  ForEachFunction([&](const char* name, auto slot) {
-    if (std::string(name) != "GCInitLib" && std::string(name) != "GCCloseLib") {
-      const bool isExported = exports.FindAddress(name) != nullptr;
+  target.Script().result = GC_ERR_TIMEOUT;
+  ForEachFunction([&](const std::string& name, auto slot) {
+    if (name != "GCInitLib" && name != "GCCloseLib") {
+      const bool isExported = exports.FindAddress(name.c_str()) != nullptr;
+      target.Script().calls = 0;
       EXPECT_EQ(CallWithZeros(proxy.*slot), isExported ? -1011 : -1003) << name;
+      EXPECT_EQ(target.Script().calls, isExported ? 1 : 0) << name;
     }
   });
-  EXPECT_EQ(target.script().calls, 25);
 }
 
-TEST_F(OddTarget, HasNoLineForExportsThatAreNoFunctionOrLieElsewhere) {
-  const std::vector<std::string> missing = BindAndTakeMissing(Target("odd_target.cti"));
-  EXPECT_EQ(missing.size(), 45U);
-  for (const char* name :
-       {"GCInitLib", "GCCloseLib", "TLGetInfo", "TLOpen", "EventFlush", "EventKill"}) {
-    EXPECT_THAT(missing, Not(Contains(NotExported(name))));
+// The export that is no plain function: one that leads into another module on Windows, one that the
+// loader has to ask for its address elsewhere.
+constexpr const char* kIndirectExport = kOnWindows ? "TLOpen" : "EventGetInfo";
+
+TEST_F(OddTarget, HasALineForEachNameThatItDoesNotExportItself) {
+  const std::set<std::string> exported = {"GCInitLib",     "GCCloseLib", "TLGetInfo",
+                                          kIndirectExport, "EventFlush", "EventKill"};
+  std::vector<std::string> missing;
+  for (const std::string& name : FunctionNames()) {
+    if (!exported.contains(name)) {
+      missing.push_back(NotExported(name));
+    }
   }
+  EXPECT_EQ(BindAndTakeMissing(Target("odd_target.cti")), missing);
 }
 
 TEST_F(OddTarget, IsCalledUnderBothNamesOfOneFunction) {
@@ -91,9 +97,15 @@ TEST_F(OddTarget, IsCalledUnderBothNamesOfOneFunction) {
 
 TEST_F(OddTarget, IsCalledWhereItsExportLeadsTo) {
   Bind(Target("odd_target.cti"));
-  TL_HANDLE handle = nullptr;
-  EXPECT_EQ(proxy.TLOpen(&handle), 0);
-  EXPECT_EQ(handle, Handle(0x7A));
+  if (kOnWindows) {
+    TL_HANDLE handle = nullptr;
+    EXPECT_EQ(proxy.TLOpen(&handle), 0);
+    EXPECT_EQ(handle, Handle(0x7A));
+  } else {
+    INFO_DATATYPE type = 0;
+    std::size_t size = 0;
+    EXPECT_EQ(proxy.EventGetInfo(Handle(0x5000), 0, &type, nullptr, &size), -1012);
+  }
 }
 
 }  // namespace

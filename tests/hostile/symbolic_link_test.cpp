@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The proxy named as its own target through symbolic links, which only Linux can be relied on for.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,8 +15,8 @@ using ::testing::ElementsAre;
 using SymbolicLink = LibraryFixture;
 
 TEST_F(SymbolicLink, ToTheProxyIsRefusedAsItsTarget) {
-  const auto link = folder() / "camera.cti";
-  const auto linkToLink = folder() / "other_camera.cti";
+  const auto link = Folder() / "camera.cti";
+  const auto linkToLink = Folder() / "other_camera.cti";
   std::filesystem::create_symlink(ProxyPath(), link);
   std::filesystem::create_symlink(link, linkToLink);
   Prepare(linkToLink);
@@ -29,7 +30,7 @@ TEST_F(SymbolicLink, ToTheProxyIsRefusedAsItsTarget) {
 }
 
 TEST_F(SymbolicLink, ToItselfIsAFileThatIsMissing) {
-  const auto link = folder() / "camera.cti";
+  const auto link = Folder() / "camera.cti";
   std::filesystem::create_symlink(link, link);
   Prepare(link);
   EXPECT_EQ(proxy.GCInitLib(), 0);

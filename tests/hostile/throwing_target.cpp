@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A producer that lets C++ exceptions out, as none should.
 #include <cstdint>
 #include <stdexcept>
@@ -6,10 +7,12 @@
 #include "gentl/gentl.h"
 #include "thrown.h"
 
+// NOLINTBEGIN(readability-identifier-naming): exports are named like functions.
 VEXTREL_TEST_EXPORT bool ThrowsInInit;
 VEXTREL_TEST_EXPORT bool ThrowsInClose;
 bool ThrowsInInit = false;
 bool ThrowsInClose = false;
+// NOLINTEND(readability-identifier-naming)
 
 GC_ERROR GC_CALLTYPE GCInitLib(void) {
   if (ThrowsInInit) {
@@ -46,7 +49,7 @@ GC_ERROR GC_CALLTYPE DSClose(DS_HANDLE /*hDataStream*/) {
   throw "a text";  // NOLINT: anything at all
 }
 
-// Out of a handler, so that it is thrown a second time.
+// Throws it again from a handler.
 GC_ERROR GC_CALLTYPE EventGetData(EVENT_HANDLE /*hEvent*/, void* /*pBuffer*/, size_t* piSize,
                                   uint64_t /*iTimeout*/) {
   try {

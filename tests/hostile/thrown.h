@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An exception that the throwing target and its consumer both know.
 #ifndef VEXTREL_TESTS_HOSTILE_THROWN_H
 #define VEXTREL_TESTS_HOSTILE_THROWN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // GCCloseLib, seen from outside.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,10 +12,10 @@
 namespace vextrel_test {
 namespace {
 
+using model::Error;
+using model::kTransportLayer;
+using model::Warn;
 using ::testing::ElementsAre;
-
-constexpr const char* kUnknownTransportLayer =
-    "ERROR The Transport Layer has not been successfully opened!";
 
 class CloseLib : public LibraryFixture {
  protected:
@@ -41,7 +42,7 @@ TEST_F(CloseLib, ForwardsWritesOneLineAndUnloadsTheTarget) {
   Bind();
   EXPECT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  EXPECT_THAT(TakeLines(), ElementsAre("INFO GC_ERR_SUCCESS=GCCloseLib(void)"));
+  EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
   EXPECT_FALSE(IsModuleLoaded(ScriptedTargetPath()));
 }
 
@@ -49,9 +50,9 @@ TEST_F(CloseLib, ReturnsTheTargetsFailureAndUnloadsItNonetheless) {
   Bind();
   {
     const HeldTarget target;
-    target.script().result = GC_ERR_RESOURCE_IN_USE;
+    target.Script().result = GC_ERR_RESOURCE_IN_USE;
     EXPECT_EQ(proxy.GCCloseLib(), -1004);
-    EXPECT_EQ(target.script().calls, 1);
+    EXPECT_EQ(target.Script().calls, 1);
   }
   EXPECT_THAT(TakeLines(), ElementsAre("INFO GC_ERR_RESOURCE_IN_USE=GCCloseLib(void)"));
   EXPECT_FALSE(IsModuleLoaded(ScriptedTargetPath()));
@@ -81,8 +82,7 @@ TEST_F(CloseLib, ReportsThatItIsCalledASecondTime) {
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   static_cast<void>(TakeLines());
   EXPECT_EQ(proxy.GCCloseLib(), -1003);
-  EXPECT_THAT(TakeLines(), ElementsAre("ERROR GCInitLib has not been called yet!",
-                                       "INFO GC_ERR_NOT_IMPLEMENTED=GCCloseLib(void)"));
+  EXPECT_THAT(TakeLines(), ElementsAre(kNotInitialized, kCloseNotImplemented));
 }
 
 TEST_F(CloseLib, ReportsAMissingInitAfterAMissingVariable) {
@@ -95,7 +95,7 @@ TEST_F(CloseLib, ReportsAMissingInitAfterAMissingVariable) {
 }
 
 TEST_F(CloseLib, ReportsAMissingInitAfterAFailedLoad) {
-  Prepare(folder() / "missing.cti");
+  Prepare(Folder() / "missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   static_cast<void>(TakeLines());
   EXPECT_EQ(proxy.GCCloseLib(), -1003);
@@ -110,9 +110,19 @@ TEST_F(CloseLib, ReleasesOneOfTheTwoReferencesThatTwoInitsHaveTaken) {
   EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
   ASSERT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
   const Module another(ScriptedTargetPath());
-  vextrel::platform::UnloadModule(another.handle());
+  vextrel::platform::UnloadModule(another.Handle());
   EXPECT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
   EXPECT_EQ(OpenTransportLayer(), -1003);
+}
+
+TEST_F(CloseLib, FindsNothingBoundTheSecondTimeAfterTwoInits) {
+  Bind();
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  static_cast<void>(TakeLines());
+  EXPECT_EQ(proxy.GCCloseLib(), -1003);
+  EXPECT_THAT(TakeLines(), ElementsAre(kNotInitialized, kCloseNotImplemented));
+  EXPECT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
 }
 
 TEST_F(CloseLib, LeavesExactlyOneReferenceAfterTwoInits) {
@@ -121,7 +131,7 @@ TEST_F(CloseLib, LeavesExactlyOneReferenceAfterTwoInits) {
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   {
     const Module another(ScriptedTargetPath());
-    vextrel::platform::UnloadModule(another.handle());
+    vextrel::platform::UnloadModule(another.Handle());
   }
   EXPECT_FALSE(IsModuleLoaded(ScriptedTargetPath()));
 }
@@ -131,19 +141,19 @@ TEST_F(CloseLib, LeavesExactlyOneReferenceAfterTwoInits) {
 TEST_F(CloseLib, KeepsTheTablesOfABindingWhoseReloadFailed) {
   const HeldTarget target;
   Bind();
-  UseTarget(folder() / "missing.cti");
+  UseTarget(Folder() / "missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   static_cast<void>(TakeLines());
   EXPECT_EQ(OpenTransportLayer(), 0);
   EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
   static_cast<void>(TakeLines());
 
-  target.script().calls = 0;
+  target.Script().calls = 0;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(kNotInitialized, kCloseSucceeded));
-  EXPECT_EQ(target.script().calls, 2);
+  EXPECT_EQ(target.Script().calls, 2);
   EXPECT_EQ(OpenTransportLayer(), 0);
 }
 
@@ -152,9 +162,7 @@ TEST_F(CloseLib, WritesItsLineBeforeItReportsAnOpenTransportLayer) {
   EXPECT_EQ(OpenTransportLayer(), 0);
   static_cast<void>(TakeLines());
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  EXPECT_THAT(TakeLines(),
-              ElementsAre("INFO GC_ERR_SUCCESS=GCCloseLib(void)",
-                          "ERROR Transport Layer was not closed down properly using TLClose()"));
+  EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded, kTransportLayerLeftOpen));
 }
 
 TEST_F(CloseLib, ReportsOpenInterfacesThenTheEventsOfTheTransportLayerAndNothingDeeper) {
@@ -163,26 +171,20 @@ TEST_F(CloseLib, ReportsOpenInterfacesThenTheEventsOfTheTransportLayerAndNothing
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_THAT(
       TakeLines(),
-      ElementsAre("INFO GC_ERR_SUCCESS=GCCloseLib(void)",
-                  "ERROR Transport Layer was not closed down properly using TLClose()",
-                  "ERROR Interface with handle 0x0000000000002000 on TL 0x0000000000001000 was not "
-                  "closed properly using IFClose()",
-                  "ERROR Interface with handle 0x0000000000002001 on TL 0x0000000000001000 was not "
-                  "closed properly using IFClose()",
-                  "WARN Event type EVENT_FEATURE_INVALIDATE with handle 0x0000000000004000 on "
-                  "Transport Layer 0x0000000000001000 was not unregistered directly using "
-                  "GCUnregisterEvent()",
-                  "WARN Event type EVENT_ERROR with handle 0x0000000000004001 on Transport Layer "
-                  "0x0000000000001000 was not unregistered directly using GCUnregisterEvent()"));
+      ElementsAre(kCloseSucceeded, kTransportLayerLeftOpen,
+                  Error(kTransportLayer.childLeftOpen, {0x2000, 0x1000}),
+                  Error(kTransportLayer.childLeftOpen, {0x2001, 0x1000}),
+                  Warn(kTransportLayer.eventLeft, {"EVENT_FEATURE_INVALIDATE", 0x4000, 0x1000}),
+                  Warn(kTransportLayer.eventLeft, {"EVENT_ERROR", 0x4001, 0x1000})));
 }
 
 TEST_F(CloseLib, ForwardsNothingButItselfForWhatWasLeftOpen) {
   const HeldTarget target;
   Bind();
   OpenEverything();
-  target.script().calls = 0;
+  target.Script().calls = 0;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  EXPECT_EQ(target.script().calls, 1);
+  EXPECT_EQ(target.Script().calls, 1);
 }
 
 TEST_F(CloseLib, ReportsAnOpenTransportLayerAlsoWhenTheTargetFails) {
@@ -190,7 +192,7 @@ TEST_F(CloseLib, ReportsAnOpenTransportLayerAlsoWhenTheTargetFails) {
   Bind();
   EXPECT_EQ(OpenTransportLayer(), 0);
   static_cast<void>(TakeLines());
-  target.script().result = GC_ERR_ERROR;
+  target.Script().result = GC_ERR_ERROR;
   EXPECT_EQ(proxy.GCCloseLib(), -1001);
   EXPECT_THAT(TakeLines(),
               ElementsAre("INFO GC_ERR_ERROR=GCCloseLib(void)", kTransportLayerLeftOpen));
@@ -224,7 +226,7 @@ TEST_F(CloseLib, EndsTheRegistry) {
   EXPECT_EQ(proxy.TLOpenInterface(Handle(0x1000), "first", &interfaceHandle), 0);
   const std::vector<std::string> lines = TakeLines();
   ASSERT_EQ(lines.size(), 2);
-  EXPECT_EQ(lines[1], kUnknownTransportLayer);
+  EXPECT_EQ(lines[1], Error(model::kNoTransportLayer));
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
 }
@@ -266,7 +268,7 @@ TEST_F(CloseLib, CallsTheTargetBeforeItWritesAnything) {
   OpenEverything();
   const std::vector<std::string> before = LogLines();
   Watched::log = LogFile();
-  target.script().functions.GCCloseLib = Watched::Look;
+  target.Script().functions.GCCloseLib = Watched::Look;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_EQ(Watched::lines, before);
 }
@@ -274,11 +276,11 @@ TEST_F(CloseLib, CallsTheTargetBeforeItWritesAnything) {
 TEST_F(CloseLib, ReportsAMissingInitBeforeItCallsTheTarget) {
   const HeldTarget target;
   Bind();
-  UseTarget(folder() / "missing.cti");
+  UseTarget(Folder() / "missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   Watched::log = LogFile();
-  target.script().functions.GCCloseLib = Watched::Look;
+  target.Script().functions.GCCloseLib = Watched::Look;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   ASSERT_FALSE(Watched::lines.empty());
   EXPECT_EQ(Watched::lines.back(), kNotInitialized);

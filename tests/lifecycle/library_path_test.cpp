@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The target's path and version, seen from outside.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,14 +28,14 @@ class TargetPath : public LibraryFixture {
   // A copy of the scripted target. The name is what the loader gets, byte by byte.
   void CopyTarget(const std::string& name) const {
     std::ifstream from(ScriptedTargetPath(), std::ios::binary);
-    std::ofstream to(folder().string() + kSeparator + name, std::ios::binary);
+    std::ofstream to(Folder().string() + kSeparator + name, std::ios::binary);
     to << from.rdbuf();
     ASSERT_TRUE(to.good()) << name;
   }
 
   // The path of a copy of the target, brought to that length by steps that lead nowhere.
   [[nodiscard]] std::string PathOfLength(std::size_t length) const {
-    std::string path = folder().string() + kSeparator;
+    std::string path = Folder().string() + kSeparator;
     std::string name = "target.cti";
     if ((length - path.size() - name.size()) % 2 != 0) {
       name = "targets.cti";
@@ -75,10 +76,10 @@ class TargetPath : public LibraryFixture {
 
 TEST_F(TargetPath, MayHoldAReference) {
   CopyTarget("target.cti");
-  SetVariable(kRoot, folder().string().c_str());
+  SetVariable(kRoot, Folder().string().c_str());
   PrepareWith(std::string("$(VEXTREL_TEST_ROOT)") + kSeparator + "target.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  const std::string expanded = folder().string() + kSeparator + "target.cti";
+  const std::string expanded = Folder().string() + kSeparator + "target.cti";
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(expanded), kNoVersion, kInitSucceeded));
 }
 
@@ -91,8 +92,8 @@ TEST_F(TargetPath, MayBeAReferenceAlone) {
 }
 
 TEST_F(TargetPath, HasOnlyItsFirstReferenceExpanded) {
-  const std::string missing = folder().string() + kSeparator + "$(VEXTREL_TEST_ROOT).cti";
-  SetVariable(kRoot, folder().string().c_str());
+  const std::string missing = Folder().string() + kSeparator + "$(VEXTREL_TEST_ROOT).cti";
+  SetVariable(kRoot, Folder().string().c_str());
   PrepareWith(std::string("$(VEXTREL_TEST_ROOT)") + kSeparator + "$(VEXTREL_TEST_ROOT).cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing), LoadErrorLine(126, missing)));
@@ -100,17 +101,17 @@ TEST_F(TargetPath, HasOnlyItsFirstReferenceExpanded) {
 
 TEST_F(TargetPath, KeepsAReferenceThatIsNotClosed) {
   CopyTarget("$(target.cti");
-  const std::string path = folder().string() + kSeparator + "$(target.cti";
+  const std::string path = Folder().string() + kSeparator + "$(target.cti";
   PrepareWith(path);
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(path), kNoVersion, kInitSucceeded));
 }
 
 TEST_F(TargetPath, MayHoldBlanks) {
-  std::filesystem::create_directory(folder() / "my producers");
+  std::filesystem::create_directory(Folder() / "my producers");
   const std::string name = std::string("my producers") + kSeparator + " a  camera.cti";
   CopyTarget(name);
-  const std::string path = folder().string() + kSeparator + name;
+  const std::string path = Folder().string() + kSeparator + name;
   PrepareWith(path);
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(path), kNoVersion, kInitSucceeded));
@@ -118,7 +119,7 @@ TEST_F(TargetPath, MayHoldBlanks) {
 
 TEST_F(TargetPath, MayHoldNonAsciiLetters) {
   CopyTarget("K\xC3\xA4mer\xC3\xA1.cti");
-  const std::string path = folder().string() + kSeparator + "K\xC3\xA4mer\xC3\xA1.cti";
+  const std::string path = Folder().string() + kSeparator + "K\xC3\xA4mer\xC3\xA1.cti";
   PrepareWith(path);
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(path), kNoVersion, kInitSucceeded));
@@ -128,7 +129,7 @@ TEST_F(TargetPath, MayComeFromAVariableOf256CharactersAndMore) {
   CopyTarget("target.cti");
   for (const std::size_t length : {255U, 256U, 257U, 300U}) {
     SCOPED_TRACE(length);
-    std::string root = folder().string();
+    std::string root = Folder().string();
     while (root.size() + 2 <= length) {
       root += kSeparator;
       root += '.';
@@ -156,7 +157,7 @@ TEST_P(LongTargetPath, IsTakenWhole) {
 }
 
 TEST_P(LongTargetPath, IsShownWholeIfThereIsNoSuchFile) {
-  std::string path = folder().string() + kSeparator;
+  std::string path = Folder().string() + kSeparator;
   while (path.size() < GetParam()) {
     path += static_cast<char>('a' + path.size() % 23);
   }
@@ -238,9 +239,9 @@ TEST_P(TargetVersion, IsShownInALineOfItsOwn) {
   const std::string version = kOnWindows ? GetParam().second : "0.0.0.0";
   Prepare(target);
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  EXPECT_THAT(TakeLines(),
-              ElementsAre(LoadingLine(target),
-                          "INFO GenTL producer file version: '" + version + "'", kInitSucceeded));
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(target),
+                                       model::Line("INFO", model::kFileVersion, {version}).Text(),
+                                       kInitSucceeded));
 }
 
 // Only Windows modules carry a version.

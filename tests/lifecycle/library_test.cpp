@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // GCInitLib, seen from outside.
 #include "lifecycle/library.h"
 
@@ -14,18 +15,15 @@ namespace vextrel_test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 using InitLib = LibraryFixture;
 
 TEST_F(InitLib, WritesExactlyThreeLinesForATargetThatExportsEverything) {
   Prepare();
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()),
-                                       "INFO GenTL producer file version: '0.0.0.0'",
-                                       "INFO GC_ERR_SUCCESS=GCInitLib(void)"));
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion, kInitSucceeded));
 }
 
 TEST_F(InitLib, WritesOneErrorLineMoreForATargetWithoutGCGetInfo) {
@@ -40,10 +38,10 @@ TEST_F(InitLib, ForwardsOnceAndBindsEveryFunction) {
   const HeldTarget target;
   Prepare();
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  EXPECT_EQ(target.script().calls, 1);
+  EXPECT_EQ(target.Script().calls, 1);
   static_cast<void>(TakeLines());
   EXPECT_EQ(OpenTransportLayer(), 0);
-  EXPECT_EQ(target.script().calls, 2);
+  EXPECT_EQ(target.Script().calls, 2);
   EXPECT_THAT(TakeLines(), ElementsAre(OpenLine("GC_ERR_SUCCESS")));
 }
 
@@ -51,8 +49,7 @@ TEST_F(InitLib, ReportsAMissingVariableAndSucceeds) {
   UseLogFile();
   LoadProxy();
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  EXPECT_THAT(TakeLines(), ElementsAre("ERROR Vextrel Environment variable "
-                                       "GENICAM_GENTL64_VEXTREL_PRODUCER not found!"));
+  EXPECT_THAT(TakeLines(), ElementsAre(kProducerNotFound));
 }
 
 TEST_F(InitLib, LeavesTLOpenWithoutATableAfterAMissingVariable) {
@@ -80,7 +77,7 @@ TEST_F(InitLib, LeavesABindingAloneWhenTheVariableIsMissingTheNextTime) {
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(kProducerNotFound));
   EXPECT_EQ(OpenTransportLayer(), 0);
-  EXPECT_EQ(target.script().calls, 2);
+  EXPECT_EQ(target.Script().calls, 2);
   SetVariable(kProducerVariable, ScriptedTargetPath().string().c_str());
   static_cast<void>(TakeLines());
   EXPECT_EQ(proxy.GCInitLib(), 0);
@@ -89,25 +86,23 @@ TEST_F(InitLib, LeavesABindingAloneWhenTheVariableIsMissingTheNextTime) {
 }
 
 TEST_F(InitLib, ReportsAMissingFileWithTheLoadersErrorAndSucceeds) {
-  const std::string missing = (folder() / "missing.cti").string();
+  const std::string missing = (Folder() / "missing.cti").string();
   Prepare(missing);
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing),
-                                       "ERROR Error 126 when loading the GenTL producer dll: '" +
-                                           missing + "'"));
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing), LoadErrorLine(126, missing)));
   EXPECT_EQ(OpenTransportLayer(), -1003);
 }
 
 TEST_F(InitLib, ReportsAMissingFileUnderItsExpandedPath) {
-  SetVariable("VEXTREL_TEST_ROOT", folder().string().c_str());
+  SetVariable("VEXTREL_TEST_ROOT", Folder().string().c_str());
   Prepare("$(VEXTREL_TEST_ROOT)/missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  const std::string expanded = folder().string() + "/missing.cti";
+  const std::string expanded = Folder().string() + "/missing.cti";
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(expanded), LoadErrorLine(126, expanded)));
 }
 
 TEST_F(InitLib, ReportsAFileThatIsNoModule) {
-  const auto file = folder() / "text.cti";
+  const auto file = Folder() / "text.cti";
   WriteFile(file, std::string(5000, 'x'));
   Prepare(file);
   EXPECT_EQ(proxy.GCInitLib(), 0);
@@ -115,7 +110,7 @@ TEST_F(InitLib, ReportsAFileThatIsNoModule) {
 }
 
 TEST_F(InitLib, ReportsAFolder) {
-  const auto target = folder() / "producers.cti";
+  const auto target = Folder() / "producers.cti";
   std::filesystem::create_directory(target);
   Prepare(target);
   EXPECT_EQ(proxy.GCInitLib(), 0);
@@ -130,11 +125,7 @@ TEST_F(InitLib, ReportsAFolder) {
 TEST_F(InitLib, RefusesTheProxyItselfAsTheTarget) {
   Prepare(ProxyPath());
   EXPECT_EQ(proxy.GCInitLib(), 0);
-  const std::vector<std::string> lines = TakeLines();
-  ASSERT_EQ(lines.size(), 2);
-  EXPECT_EQ(lines[0], LoadingLine(ProxyPath()));
-  EXPECT_THAT(lines[1], StartsWith("ERROR "));
-  EXPECT_THAT(lines[1], HasSubstr(ProxyPath().string()));
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ProxyPath()), ItselfLine(ProxyPath().string())));
   EXPECT_EQ(OpenTransportLayer(), -1003);
   static_cast<void>(TakeLines());
   EXPECT_EQ(proxy.GCCloseLib(), -1003);
@@ -143,9 +134,30 @@ TEST_F(InitLib, RefusesTheProxyItselfAsTheTarget) {
   EXPECT_FALSE(IsModuleLoaded(ProxyPath())) << "it must not keep a reference to itself";
 }
 
+// The binding's tables outlive the refusal, as they outlive a load that fails; its module does not.
+TEST_F(InitLib, RefusesTheProxyItselfWhileItIsBoundToAnotherTarget) {
+  const HeldTarget target;
+  Bind();
+  UseTarget(ProxyPath());
+  EXPECT_EQ(proxy.GCInitLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ProxyPath()),
+                                       "ERROR The GenTL producer dll is Vextrel itself: '" +
+                                           ProxyPath().string() + "'"));
+  EXPECT_EQ(OpenTransportLayer(), 0);
+  EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
+  static_cast<void>(TakeLines());
+  target.Script().calls = 0;
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  EXPECT_EQ(proxy.GCCloseLib(), 0);
+  EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded, kNotInitialized, kCloseSucceeded));
+  EXPECT_EQ(target.Script().calls, 2);
+  UnloadProxy();
+  EXPECT_FALSE(IsModuleLoaded(ProxyPath()));
+}
+
 // A copy is another module to the loader, and refuses itself in its turn.
 TEST_F(InitLib, DoesNotRecurseThroughACopyOfTheProxy) {
-  const auto copy = folder() / "copy.cti";
+  const auto copy = Folder() / "copy.cti";
   std::filesystem::copy_file(ProxyPath(), copy);
   Prepare(copy);
   EXPECT_EQ(proxy.GCInitLib(), 0);
@@ -155,7 +167,7 @@ TEST_F(InitLib, DoesNotRecurseThroughACopyOfTheProxy) {
 }
 
 TEST_F(InitLib, StaysUnboundAfterAFailedLoad) {
-  Prepare(folder() / "missing.cti");
+  Prepare(Folder() / "missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   UseTarget(ScriptedTargetPath());
   static_cast<void>(TakeLines());
@@ -168,7 +180,7 @@ TEST_F(InitLib, StaysUnboundAfterAFailedLoad) {
 TEST_F(InitLib, ReturnsAndNamesTheTargetsFailure) {
   const HeldTarget target;
   Prepare();
-  target.script().result = GC_ERR_IO;
+  target.Script().result = GC_ERR_IO;
   EXPECT_EQ(proxy.GCInitLib(), -1010);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
                                        "INFO GC_ERR_IO=GCInitLib(void)"));
@@ -177,7 +189,7 @@ TEST_F(InitLib, ReturnsAndNamesTheTargetsFailure) {
 TEST_F(InitLib, ShowsAResultThatHasNoName) {
   const HeldTarget target;
   Prepare();
-  target.script().result = -1016;
+  target.Script().result = -1016;
   EXPECT_EQ(proxy.GCInitLib(), -1016);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
                                        "INFO (Unknown GC_ERROR: -1016)=GCInitLib(void)"));
@@ -186,9 +198,9 @@ TEST_F(InitLib, ShowsAResultThatHasNoName) {
 TEST_F(InitLib, KeepsTheTargetBoundAndCountsAsCalledAfterTheTargetsFailure) {
   const HeldTarget target;
   Prepare();
-  target.script().result = GC_ERR_IO;
+  target.Script().result = GC_ERR_IO;
   EXPECT_EQ(proxy.GCInitLib(), -1010);
-  target.script().result = GC_ERR_SUCCESS;
+  target.Script().result = GC_ERR_SUCCESS;
   static_cast<void>(TakeLines());
   EXPECT_EQ(OpenTransportLayer(), 0);
   EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
@@ -201,9 +213,8 @@ TEST_F(InitLib, CountsAsCalledWithoutTheTargetsGCInitLib) {
   const auto target = ScriptedTargetWithout("GCInitLib");
   Prepare(target);
   EXPECT_EQ(proxy.GCInitLib(), -1003);
-  EXPECT_THAT(TakeLines(),
-              ElementsAre(LoadingLine(target), kNoVersion, "ERROR GCInitLib not exported",
-                          "INFO GC_ERR_NOT_IMPLEMENTED=GCInitLib(void)"));
+  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(target), kNoVersion,
+                                       "ERROR GCInitLib not exported", kInitNotImplemented));
   EXPECT_EQ(proxy.GCCloseLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(kCloseSucceeded));
 }
@@ -213,12 +224,12 @@ TEST_F(InitLib, ReportsASecondCallAndForwardsIt) {
   Prepare();
   EXPECT_EQ(proxy.GCInitLib(), 0);
   static_cast<void>(TakeLines());
-  target.script().result = GC_ERR_RESOURCE_IN_USE;
+  target.Script().result = GC_ERR_RESOURCE_IN_USE;
   EXPECT_EQ(proxy.GCInitLib(), -1004);
-  EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
-                                       "ERROR GCInitLib() has already been called!",
-                                       "INFO GC_ERR_RESOURCE_IN_USE=GCInitLib(void)"));
-  EXPECT_EQ(target.script().calls, 2);
+  EXPECT_THAT(TakeLines(),
+              ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion, kInitializedAlready,
+                          "INFO GC_ERR_RESOURCE_IN_USE=GCInitLib(void)"));
+  EXPECT_EQ(target.Script().calls, 2);
 }
 
 TEST_F(InitLib, ReportsASecondCallBehindTheMissingExports) {
@@ -257,7 +268,7 @@ TEST_F(InitLib, CallsTheTargetBehindTheReportAndBeforeItsLine) {
   const HeldTarget target;
   Bind();
   Watched::log = LogFile();
-  target.script().functions.GCInitLib = Watched::Look;
+  target.Script().functions.GCInitLib = Watched::Look;
   EXPECT_EQ(proxy.GCInitLib(), 0);
   const std::vector<std::string> lines = LogLines();
   ASSERT_EQ(Watched::lines.size(), lines.size() - 1);
@@ -266,7 +277,7 @@ TEST_F(InitLib, CallsTheTargetBehindTheReportAndBeforeItsLine) {
 }
 
 TEST_F(InitLib, ShowsPercentSignsOfAPathAsTheyAre) {
-  const std::string missing = (folder() / "100%s%n%p.cti").string();
+  const std::string missing = (Folder() / "100%s%n%p.cti").string();
   Prepare(missing);
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(missing), LoadErrorLine(126, missing)));
@@ -281,7 +292,7 @@ TEST_F(InitLib, MayBePairedWithGCCloseLibDozensOfTimes) {
     EXPECT_EQ(OpenTransportLayer(), 0);
     EXPECT_EQ(proxy.TLClose(Handle(0x1000)), 0);
     EXPECT_EQ(proxy.GCCloseLib(), 0);
-    EXPECT_EQ(target.script().calls, 4 * round);
+    EXPECT_EQ(target.Script().calls, 4 * round);
     EXPECT_THAT(TakeLines(), ElementsAre(LoadingLine(ScriptedTargetPath()), kNoVersion,
                                          kInitSucceeded, OpenLine("GC_ERR_SUCCESS"),
                                          "INFO GC_ERR_SUCCESS=TLClose(hTL=0x0000000000001000)",

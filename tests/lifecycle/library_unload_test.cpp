@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module unloaded by a consumer that has not closed it, seen from outside.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -39,9 +40,9 @@ TEST_F(Unload, ForwardsNothing) {
   const HeldTarget target;
   Bind();
   EXPECT_EQ(OpenTransportLayer(), 0);
-  target.script().calls = 0;
+  target.Script().calls = 0;
   UnloadProxy();
-  EXPECT_EQ(target.script().calls, 0);
+  EXPECT_EQ(target.Script().calls, 0);
 }
 
 TEST_F(Unload, WritesNothingAfterGCCloseLibEither) {
@@ -79,7 +80,7 @@ TEST_F(Unload, LetsTheModuleBeginAnewWhenItIsLoadedAgain) {
 TEST_F(Unload, MayBeLeftToTheEndOfTheProcess) {
   EXPECT_EXIT(
       {
-        const std::filesystem::path left = folder();
+        const std::filesystem::path left = Folder();
         UseTarget(ScriptedTargetPath());
         LoadProxy();
         const bool bound = proxy.GCInitLib() == 0 && OpenTransportLayer() == 0;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a configuration file may hold, and what becomes of it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -81,7 +82,7 @@ TEST_F(LoggerConfig, MayUseAnyLayoutOfLog4cpp) {
 }
 
 TEST_F(LoggerConfig, MayNameSeveralAppenders) {
-  const auto second = folder() / "second.log";
+  const auto second = Folder() / "second.log";
   UseConfig("rootCategory=INFO, file, second\n" + FileAppender() +
             "appender.second=RollingFileAppender\nappender.second.fileName=" + second.string() +
             "\nappender.second.layout=SimpleLayout\n");
@@ -93,12 +94,12 @@ TEST_F(LoggerConfig, MayNameSeveralAppenders) {
 // The log is lost, but nobody is told: log4cpp does not say.
 TEST_F(LoggerConfig, MayNameALogFileThatCannotBeWritten) {
   UseConfig("rootCategory=INFO, file\nappender.file=FileAppender\nappender.file.fileName=" +
-            (folder() / "missing" / "trace.log").string() +
+            (Folder() / "missing" / "trace.log").string() +
             "\nappender.file.layout=SimpleLayout\n");
   EXPECT_THAT(Init(), ElementsAre(LoadingConfig(ConfigFile())));
   EXPECT_THAT(Close(), IsEmpty());
   EXPECT_THAT(Init(), IsEmpty());
-  EXPECT_FALSE(std::filesystem::exists(folder() / "missing"));
+  EXPECT_FALSE(std::filesystem::exists(Folder() / "missing"));
 }
 
 TEST_F(LoggerConfig, GetsALineWithAReferenceAsItStands) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set-up's single steps, and what they leave in log4cpp.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the log goes: the default channel, the file that the variable names, and what is said when
 // that does not work.
 #include "calllog/logger_setup.h"
@@ -87,12 +88,12 @@ TEST_F(LoggerSetup, CountsAsDoneAfterAMissingFile) {
 }
 
 TEST_F(LoggerSetup, CannotOpenAFolder) {
-  SetVariable(kLogConfigVariable, folder().string().c_str());
-  EXPECT_THAT(Init(), ElementsAreArray(DefaultLines(CannotOpenConfig(folder().string()))));
+  SetVariable(kLogConfigVariable, Folder().string().c_str());
+  EXPECT_THAT(Init(), ElementsAreArray(DefaultLines(CannotOpenConfig(Folder().string()))));
 }
 
 TEST_F(LoggerSetup, ShowsPercentSignsOfAPathAsTheyAre) {
-  const std::string missing = (folder() / "100%s%n%p.properties").string();
+  const std::string missing = (Folder() / "100%s%n%p.properties").string();
   SetVariable(kLogConfigVariable, missing.c_str());
   EXPECT_THAT(Init(), ElementsAreArray(DefaultLines(CannotOpenConfig(missing))));
 }
@@ -106,34 +107,34 @@ TEST_F(LoggerSetup, SaysWhichFileItLoadsAndLeavesTheDefaultChannel) {
 
 TEST_F(LoggerSetup, ExpandsAReferenceInThePath) {
   UseConfig(GoodConfig());
-  SetVariable(kFirst, folder().string().c_str());
+  SetVariable(kFirst, Folder().string().c_str());
   SetVariable(kLogConfigVariable, "$(VEXTREL_TEST_FIRST)/log.properties");
-  EXPECT_THAT(Init(), ElementsAre(LoadingConfig(folder().string() + "/log.properties")));
+  EXPECT_THAT(Init(), ElementsAre(LoadingConfig(Folder().string() + "/log.properties")));
   EXPECT_THAT(LogLines(), ElementsAreArray(FileLines()));
 }
 
 TEST_F(LoggerSetup, OnlyTestsASecondReferenceInThePath) {
-  SetVariable(kFirst, folder().string().c_str());
+  SetVariable(kFirst, Folder().string().c_str());
   SetVariable(kSecond, "log");
   UseConfig(GoodConfig());
   SetVariable(kLogConfigVariable, "$(VEXTREL_TEST_FIRST)/$(VEXTREL_TEST_SECOND).properties");
   EXPECT_THAT(Init(), ElementsAreArray(DefaultLines(CannotOpenConfig(
-                          folder().string() + "/$(VEXTREL_TEST_SECOND).properties"))));
+                          Folder().string() + "/$(VEXTREL_TEST_SECOND).properties"))));
 }
 
 TEST_F(LoggerSetup, OpensThePathWithItsSecondReferenceAsItStands) {
-  SetVariable(kFirst, folder().string().c_str());
+  SetVariable(kFirst, Folder().string().c_str());
   SetVariable(kSecond, "log");
-  WriteFile(folder() / "$(VEXTREL_TEST_SECOND).properties", GoodConfig());
+  WriteFile(Folder() / "$(VEXTREL_TEST_SECOND).properties", GoodConfig());
   SetVariable(kLogConfigVariable, "$(VEXTREL_TEST_FIRST)/$(VEXTREL_TEST_SECOND).properties");
   EXPECT_THAT(Init(),
-              ElementsAre(LoadingConfig(folder().string() + "/$(VEXTREL_TEST_SECOND).properties")));
+              ElementsAre(LoadingConfig(Folder().string() + "/$(VEXTREL_TEST_SECOND).properties")));
   EXPECT_THAT(LogLines(), ElementsAreArray(FileLines()));
 }
 
 TEST_F(LoggerSetup, TakesAPathWithBlanks) {
-  std::filesystem::create_directory(folder() / "my settings");
-  const std::string path = (folder() / "my settings" / " the log.properties").string();
+  std::filesystem::create_directory(Folder() / "my settings");
+  const std::string path = (Folder() / "my settings" / " the log.properties").string();
   WriteFile(path, GoodConfig());
   SetVariable(kLogConfigVariable, path.c_str());
   EXPECT_THAT(Init(), ElementsAre(LoadingConfig(path)));
@@ -141,7 +142,7 @@ TEST_F(LoggerSetup, TakesAPathWithBlanks) {
 }
 
 TEST_F(LoggerSetup, ShowsAPathOfMoreThan1024CharactersWhole) {
-  const std::string path = folder().string() + "/" + std::string(1100, 'x');
+  const std::string path = Folder().string() + "/" + std::string(1100, 'x');
   SetVariable(kLogConfigVariable, path.c_str());
   EXPECT_THAT(Init(), ElementsAreArray(DefaultLines(CannotOpenConfig(path))));
 }
@@ -153,7 +154,7 @@ TEST_F(LoggerSetup, FailsForAReferenceInThePathThatCannotBeResolved) {
 }
 
 TEST_F(LoggerSetup, FailsForASecondReferenceInThePathThatCannotBeResolved) {
-  SetVariable(kFirst, folder().string().c_str());
+  SetVariable(kFirst, Folder().string().c_str());
   SetVariable(kLogConfigVariable, "$(VEXTREL_TEST_FIRST)/$(VEXTREL_TEST_SECOND).properties");
   EXPECT_THAT(Init(),
               ElementsAre(ConfigFailed("Environment variable 'VEXTREL_TEST_SECOND' not found")));
@@ -196,8 +197,8 @@ TEST_F(LoggerSetup, KeepsItsConfigurationOverGCCloseLib) {
   UseConfig(GoodConfig());
   static_cast<void>(Init());
   EXPECT_THAT(Close(), IsEmpty());
-  WriteFile(folder() / "other.properties", "nothing that log4cpp would take");
-  SetVariable(kLogConfigVariable, (folder() / "other.properties").string().c_str());
+  WriteFile(Folder() / "other.properties", "nothing that log4cpp would take");
+  SetVariable(kLogConfigVariable, (Folder() / "other.properties").string().c_str());
   EXPECT_THAT(Init(), IsEmpty());
   auto expected = FileLines();
   expected.emplace_back(kCloseSucceeded);
@@ -211,7 +212,7 @@ TEST_F(LoggerSetup, IsShutDownWhenTheModuleIsUnloaded) {
   UseConfig(GoodConfig());
   static_cast<void>(Init());
   static_cast<void>(Close());
-  const auto renamed = folder() / "renamed.log";
+  const auto renamed = Folder() / "renamed.log";
   std::error_code error;
   std::filesystem::rename(LogFile(), renamed, error);
   EXPECT_EQ(static_cast<bool>(error), kOnWindows) << "Windows does not rename an open file";

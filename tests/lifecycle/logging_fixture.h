@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The set-up of the log, seen from outside: real variables, real files, and the channel of a log
 // that nobody has configured.
 #ifndef VEXTREL_TESTS_LIFECYCLE_LOGGING_FIXTURE_H
@@ -11,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
-#include "lifecycle/debug_output.h"
 #include "lifecycle/library_fixture.h"
+#include "support/debug_output.h"
 
 namespace vextrel_test {
 
@@ -56,7 +57,7 @@ class LoggingFixture : public LibraryFixture {
   static constexpr const char* kFirst = "VEXTREL_TEST_FIRST";
   static constexpr const char* kSecond = "VEXTREL_TEST_SECOND";
 
-  [[nodiscard]] std::string ConfigFile() const { return (folder() / "log.properties").string(); }
+  [[nodiscard]] std::string ConfigFile() const { return (Folder() / "log.properties").string(); }
 
   // The properties of an appender "file" that writes "PRIORITY message" to the log file.
   [[nodiscard]] std::string FileAppender() const {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "lifecycle/observation.h"
 
 #include <cerrno>
@@ -80,14 +81,14 @@ GC_ERROR SucceedAnnouncing(DS_HANDLE /*stream*/, void* /*buffer*/, size_t /*size
 // The functions of the library itself, bound to a table of the test's own.
 class FailingLog : public ::testing::Test {
  protected:
-  FailingLog() : root_(reinterpret_cast<TL_HANDLE>(0x10), &GetLogger("Vextrel")) {
+  FailingLog() : root(reinterpret_cast<TL_HANDLE>(0x10), &GetLogger("Vextrel")) {
     log4cpp::Category& logger = GetLogger("Vextrel");
     logger.setPriority(log4cpp::Priority::DEBUG);
     logger.setAdditivity(false);
-    logger.addAppender(appender_);
-    table_.DSQueueBuffer = SucceedQueueing;
-    table_.DSAnnounceBuffer = SucceedAnnouncing;
-    proxyState.dsTable = &table_;
+    logger.addAppender(appender);
+    table.DSQueueBuffer = SucceedQueueing;
+    table.DSAnnounceBuffer = SucceedAnnouncing;
+    proxyState.dsTable = &table;
   }
   ~FailingLog() override {
     proxyState.dsTable = nullptr;
@@ -95,27 +96,27 @@ class FailingLog : public ::testing::Test {
     GetLogger("Vextrel").removeAllAppenders();
   }
 
-  FailingAppender appender_;
-  DSFunctionTable table_;
-  TransportLayerNode root_;
+  FailingAppender appender;
+  DSFunctionTable table;
+  TransportLayerNode root;
 };
 
 TEST_F(FailingLog, LeavesTheResultToTheConsumer) {
   EXPECT_EQ(DSQueueBuffer(nullptr, nullptr), GC_ERR_SUCCESS);
   // The call's own line, and the registry's: the first failure does not swallow the second step.
-  EXPECT_EQ(appender_.appended, 2);
+  EXPECT_EQ(appender.appended, 2);
 }
 
 TEST_F(FailingLog, LeavesTheRegistryStepInPlace) {
-  root_.AddInterface(reinterpret_cast<IF_HANDLE>(0x20));
-  root_.AddDevice(reinterpret_cast<IF_HANDLE>(0x20), reinterpret_cast<DEV_HANDLE>(0x30));
-  root_.AddDataStream(reinterpret_cast<DEV_HANDLE>(0x30), reinterpret_cast<DS_HANDLE>(0x40));
-  proxyState.registryRoot = &root_;
+  root.AddInterface(reinterpret_cast<IF_HANDLE>(0x20));
+  root.AddDevice(reinterpret_cast<IF_HANDLE>(0x20), reinterpret_cast<DEV_HANDLE>(0x30));
+  root.AddDataStream(reinterpret_cast<DEV_HANDLE>(0x30), reinterpret_cast<DS_HANDLE>(0x40));
+  proxyState.registryRoot = &root;
   BUFFER_HANDLE buffer = nullptr;
   EXPECT_EQ(DSAnnounceBuffer(reinterpret_cast<DS_HANDLE>(0x40), nullptr, 0, nullptr, &buffer),
             GC_ERR_SUCCESS);
-  EXPECT_EQ(appender_.appended, 1);
-  EXPECT_TRUE(root_.SetBufferQueued(reinterpret_cast<BUFFER_HANDLE>(0x77), true));
+  EXPECT_EQ(appender.appended, 1);
+  EXPECT_TRUE(root.SetBufferQueued(reinterpret_cast<BUFFER_HANDLE>(0x77), true));
 }
 
 }  // namespace

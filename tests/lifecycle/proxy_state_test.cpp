@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What GCInitLib and GCCloseLib leave in the library's state.
 #include "lifecycle/proxy_state.h"
 
@@ -21,7 +22,7 @@ using vextrel::proxyState;
 using vextrel::ProxyState;
 
 // As it was before anything ran.
-const ProxyState stateAtLoad = proxyState;
+const ProxyState kStateAtLoad = proxyState;
 
 std::array<const void*, 7> Tables() {
   return {proxyState.libTable, proxyState.tlTable,   proxyState.ifTable,   proxyState.devTable,
@@ -39,30 +40,30 @@ class ProxyStateTest : public StateFixture {
 };
 
 TEST_F(ProxyStateTest, IsZeroWhenTheLibraryIsLoaded) {
-  EXPECT_EQ(stateAtLoad.moduleInstance, nullptr);
-  EXPECT_EQ(stateAtLoad.detachModule, nullptr);
-  EXPECT_EQ(stateAtLoad.attachCount, 0);
-  EXPECT_EQ(stateAtLoad.libTable, nullptr);
-  EXPECT_EQ(stateAtLoad.tlTable, nullptr);
-  EXPECT_EQ(stateAtLoad.ifTable, nullptr);
-  EXPECT_EQ(stateAtLoad.devTable, nullptr);
-  EXPECT_EQ(stateAtLoad.dsTable, nullptr);
-  EXPECT_EQ(stateAtLoad.portTable, nullptr);
-  EXPECT_EQ(stateAtLoad.eventTable, nullptr);
-  EXPECT_EQ(stateAtLoad.logger, nullptr);
-  EXPECT_EQ(stateAtLoad.targetModule, nullptr);
-  EXPECT_EQ(stateAtLoad.registryRoot, nullptr);
-  EXPECT_FALSE(stateAtLoad.initialized);
-  EXPECT_EQ(stateAtLoad.targetPath, "");
-  EXPECT_EQ(sizeof stateAtLoad.attachCount, 4);
-  EXPECT_EQ(sizeof stateAtLoad.initialized, 1);
+  EXPECT_EQ(kStateAtLoad.moduleInstance, nullptr);
+  EXPECT_EQ(kStateAtLoad.detachModule, nullptr);
+  EXPECT_EQ(kStateAtLoad.attachCount, 0);
+  EXPECT_EQ(kStateAtLoad.libTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.tlTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.ifTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.devTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.dsTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.portTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.eventTable, nullptr);
+  EXPECT_EQ(kStateAtLoad.logger, nullptr);
+  EXPECT_EQ(kStateAtLoad.targetModule, nullptr);
+  EXPECT_EQ(kStateAtLoad.registryRoot, nullptr);
+  EXPECT_FALSE(kStateAtLoad.initialized);
+  EXPECT_EQ(kStateAtLoad.targetPath, "");
+  EXPECT_EQ(sizeof kStateAtLoad.attachCount, 4);
+  EXPECT_EQ(sizeof kStateAtLoad.initialized, 1);
 }
 
 TEST_F(ProxyStateTest, HasOnlyTheLoggerAfterAMissingVariable) {
   EXPECT_EQ(::GCInitLib(), 0);
   EXPECT_THAT(Lines(), ElementsAre(kProducerNotFound));
   ExpectUnbound();
-  EXPECT_EQ(proxyState.logger, &category());
+  EXPECT_EQ(proxyState.logger, &Category());
   EXPECT_EQ(proxyState.targetPath, "");
 }
 
@@ -71,16 +72,16 @@ TEST_F(ProxyStateTest, HasOnlyTheLoggerAfterAnUnresolvablePath) {
   EXPECT_THROW(static_cast<void>(::GCInitLib()), std::runtime_error);
   EXPECT_THAT(Lines(), ::testing::IsEmpty());
   ExpectUnbound();
-  EXPECT_EQ(proxyState.logger, &category());
+  EXPECT_EQ(proxyState.logger, &Category());
   EXPECT_EQ(proxyState.targetPath, "");
 }
 
 TEST_F(ProxyStateTest, HasThePathButNoModuleAfterAFailedLoad) {
-  const std::string missing = (folder() / "missing.cti").string();
+  const std::string missing = (Folder() / "missing.cti").string();
   UseTarget(missing);
   EXPECT_EQ(::GCInitLib(), 0);
   ExpectUnbound();
-  EXPECT_EQ(proxyState.logger, &category());
+  EXPECT_EQ(proxyState.logger, &Category());
   EXPECT_EQ(proxyState.targetPath, missing);
 }
 
@@ -89,8 +90,8 @@ TEST_F(ProxyStateTest, HasEverythingAfterASuccessfulInit) {
   UseTarget(ScriptedTargetPath());
   EXPECT_EQ(::GCInitLib(), 0);
   EXPECT_THAT(Tables(), Each(::testing::NotNull()));
-  EXPECT_EQ(proxyState.targetModule, target.handle());
-  EXPECT_EQ(proxyState.logger, &category());
+  EXPECT_EQ(proxyState.targetModule, target.Handle());
+  EXPECT_EQ(proxyState.logger, &Category());
   EXPECT_EQ(proxyState.targetPath, ScriptedTargetPath().string());
   EXPECT_TRUE(proxyState.initialized);
   EXPECT_EQ(proxyState.registryRoot, nullptr);
@@ -100,11 +101,11 @@ TEST_F(ProxyStateTest, HasEverythingAfterASuccessfulInit) {
 
 TEST_F(ProxyStateTest, IsInitializedWhateverTheTargetAnswers) {
   const HeldTarget target;
-  target.script().result = GC_ERR_IO;
+  target.Script().result = GC_ERR_IO;
   UseTarget(ScriptedTargetPath());
   EXPECT_EQ(::GCInitLib(), -1010);
   EXPECT_TRUE(proxyState.initialized);
-  EXPECT_EQ(proxyState.targetModule, target.handle());
+  EXPECT_EQ(proxyState.targetModule, target.Handle());
   EXPECT_THAT(Tables(), Each(::testing::NotNull()));
   EXPECT_EQ(::GCCloseLib(), -1010);
 }
@@ -143,7 +144,7 @@ TEST_F(ProxyStateTest, LosesTheModuleButNotTheTablesWhenASecondInitFailsToLoad) 
   UseTarget(ScriptedTargetPath());
   EXPECT_EQ(::GCInitLib(), 0);
   const auto tables = Tables();
-  const std::string missing = (folder() / "missing.cti").string();
+  const std::string missing = (Folder() / "missing.cti").string();
   UseTarget(missing);
   EXPECT_EQ(::GCInitLib(), 0);
   EXPECT_EQ(Tables(), tables);
@@ -161,7 +162,7 @@ TEST_F(ProxyStateTest, KeepsTheLoggerAndThePathAfterGCCloseLib) {
   EXPECT_EQ(::GCInitLib(), 0);
   EXPECT_EQ(::GCCloseLib(), 0);
   ExpectUnbound();
-  EXPECT_EQ(proxyState.logger, &category());
+  EXPECT_EQ(proxyState.logger, &Category());
   EXPECT_EQ(proxyState.targetPath, ScriptedTargetPath().string());
 }
 
@@ -182,7 +183,7 @@ TEST_F(ProxyStateTest, IsUntouchedByGCCloseLibBeforeAnyInit) {
 }
 
 TEST_F(ProxyStateTest, LetsGCCloseLibReportARegistryThatHasNoLogger) {
-  proxyState.registryRoot = new vextrel::TransportLayerNode(Handle(0x1000), &category());
+  proxyState.registryRoot = new vextrel::TransportLayerNode(Handle(0x1000), &Category());
   EXPECT_EQ(::GCCloseLib(), -1003);
   EXPECT_EQ(proxyState.registryRoot, nullptr);
 }
@@ -205,7 +206,7 @@ class GetProducerFileVersionTest : public ::testing::TestWithParam<Version> {};
 TEST_P(GetProducerFileVersionTest, JoinsFourNumbersWithDots) {
   const Module target(ScriptedTargetPath().parent_path() / GetParam().target);
   ASSERT_TRUE(target.IsLoaded());
-  EXPECT_EQ(vextrel::GetProducerFileVersion(target.handle()),
+  EXPECT_EQ(vextrel::GetProducerFileVersion(target.Handle()),
             kOnWindows ? GetParam().text : "0.0.0.0");
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration files that come with the library.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +15,13 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
+
+// Only the extended module times calls, and only one configuration asks for it.
+#if defined(VEXTREL_EXTENDED)
+constexpr const char* kTimingConfig = "timing";
+#else
+constexpr const char* kTimingConfig = "none";
+#endif
 
 std::vector<std::filesystem::path> ReadyConfigs() {
   std::vector<std::filesystem::path> files;
@@ -37,7 +45,7 @@ class ReadyConfig : public LoggingFixture,
   // The text of every log file that came to be.
   [[nodiscard]] std::string Logged() const {
     std::string text;
-    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+    for (const auto& entry : std::filesystem::directory_iterator(Folder())) {
       if (entry.path().extension() == ".log") {
         text += ReadFile(entry.path());
       }
@@ -49,7 +57,7 @@ class ReadyConfig : public LoggingFixture,
 TEST_P(ReadyConfig, LoadsWithoutAnErrorAndShowsErrors) {
   // The log goes to the test's own folder instead of the user's.
   std::string config = ReadFile(GetParam());
-  ReplaceAll(config, "${TEMP}", folder().string());
+  ReplaceAll(config, "${TEMP}", Folder().string());
   EXPECT_THAT(config, Not(HasSubstr("${")));
   UseConfig(config);
   UseTarget(ScriptedTargetWithout("EventKill"));
@@ -64,6 +72,9 @@ TEST_P(ReadyConfig, LoadsWithoutAnErrorAndShowsErrors) {
   if (config.find("ConsoleAppender") == std::string::npos) {
     EXPECT_THAT(Logged(), HasSubstr("EventKill not exported"));
     EXPECT_EQ(lines.size(), 1);
+    const bool isTimed = GetParam().stem() == kTimingConfig;
+    EXPECT_EQ(Logged().find("DEBUG Call 1 enters GCInitLib()") != std::string::npos, isTimed);
+    EXPECT_EQ(Logged().find("DEBUG Call 2 leaves GCCloseLib after ") != std::string::npos, isTimed);
   } else if (!kOnWindows) {
     EXPECT_THAT(output.Text(), HasSubstr("EventKill not exported"));
   }

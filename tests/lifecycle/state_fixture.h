@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library linked into the test program itself, so that its state can be looked at and set.
 #ifndef VEXTREL_TESTS_LIFECYCLE_STATE_FIXTURE_H
 #define VEXTREL_TESTS_LIFECYCLE_STATE_FIXTURE_H
@@ -23,19 +24,19 @@ class StateFixture : public LibraryFixture {
     auto* layout = new log4cpp::PatternLayout;
     layout->setConversionPattern("%p %m%n");
     appender_.setLayout(layout);
-    category().setPriority(log4cpp::Priority::DEBUG);
-    category().setAdditivity(false);
-    category().addAppender(appender_);
+    Category().setPriority(log4cpp::Priority::DEBUG);
+    Category().setAdditivity(false);
+    Category().addAppender(appender_);
     Reset();
   }
   ~StateFixture() override {
     vextrel::ShutdownLogging();
-    category().removeAllAppenders();
+    Category().removeAllAppenders();
     vextrel::DeleteTables();
     Reset();
   }
 
-  [[nodiscard]] static log4cpp::Category& category() { return vextrel::GetLogger("Vextrel"); }
+  [[nodiscard]] static log4cpp::Category& Category() { return vextrel::GetLogger("Vextrel"); }
 
   [[nodiscard]] std::vector<std::string> Lines() const { return SplitLines(stream_.str()); }
 

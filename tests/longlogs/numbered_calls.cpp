@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "longlogs/numbered_calls.h"
 
 #include <array>
@@ -39,11 +40,6 @@ GC_ERROR Answer(EVENT_HANDLE handle) {
 
 }  // namespace
 
-std::vector<std::string> StartLines() {
-  return {"INFO Loading GenTL Producer '" + ScriptedTargetPath().string() + "'",
-          "INFO GenTL producer file version: '0.0.0.0'", "INFO GC_ERR_SUCCESS=GCInitLib(void)"};
-}
-
 std::string CallLine(std::uintptr_t number) {
   return std::string("INFO ") + ResultOf(number).name + "=EventFlush(hEvent=0x" +
          Hex16(kFirstHandle + number) + ")";
@@ -57,10 +53,17 @@ std::vector<std::string> CallLines(std::uintptr_t first, std::uintptr_t end) {
   return lines;
 }
 
-NumberedCalls::NumberedCalls() : target_(ScriptedTargetPath()) {
+std::string Text(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) {
+    text += line + '\n';
+  }
+  return text;
+}
+
+NumberedCalls::NumberedCalls() {
   UseTarget(ScriptedTargetPath());
-  target_.Find<GetTargetScriptFunction>("GetTargetScript")()->functions.EventFlush =
-      [](EVENT_HANDLE handle) { return Answer(handle); };
+  target_.Script().functions.EventFlush = [](EVENT_HANDLE handle) { return Answer(handle); };
 }
 
 NumberedCalls::~NumberedCalls() {
@@ -69,17 +72,7 @@ NumberedCalls::~NumberedCalls() {
 
 void NumberedCalls::UseAppender(const std::string& type, const std::filesystem::path& file,
                                 const std::vector<std::string>& properties) const {
-  std::string config = "rootCategory=INFO, trace\nappender.trace=" + type + "\n";
-  config += "appender.trace.fileName=" + file.string() + "\n";
-  for (const std::string& property : properties) {
-    config += "appender.trace." + property + "\n";
-  }
-  config +=
-      "appender.trace.layout=PatternLayout\n"
-      "appender.trace.layout.ConversionPattern=%p %m%n\n";
-  const std::filesystem::path configFile = folder() / "log.properties";
-  WriteFile(configFile, config);
-  SetVariable(kLogConfigVariable, configFile.string().c_str());
+  UseLog({.file = file, .rootCategory = "INFO, file", .appender = type, .properties = properties});
 }
 
 void NumberedCalls::Start() {

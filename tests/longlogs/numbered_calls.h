@@ -1,5 +1,5 @@
-// Calls that a consumer numbers, so that their lines can be told apart, while something happens to
-// the log that they go to.
+// SPDX-License-Identifier: MIT
+// Numbered calls, whose lines can be told apart, while something happens to the log.
 #ifndef VEXTREL_TESTS_LONGLOGS_NUMBERED_CALLS_H
 #define VEXTREL_TESTS_LONGLOGS_NUMBERED_CALLS_H
 
@@ -15,34 +15,32 @@
 
 namespace vextrel_test {
 
-// The lines of GCInitLib.
-[[nodiscard]] std::vector<std::string> StartLines();
 // The line of the call of that number.
 [[nodiscard]] std::string CallLine(std::uintptr_t number);
-// Those of the calls from `first` up to, but without, `end`.
+// The lines of the calls [first, end).
 [[nodiscard]] std::vector<std::string> CallLines(std::uintptr_t first, std::uintptr_t end);
+// The lines as a file holds them.
+[[nodiscard]] std::string Text(const std::vector<std::string>& lines);
 
-// A proxy whose target answers each numbered call with another result and last error.
+// A proxy whose target varies the result and the last error from call to call.
 class NumberedCalls : public ProxyFiles {
  protected:
   NumberedCalls();
   ~NumberedCalls() override;
 
-  // Logs with this appender and these properties of it, for example "maxFileSize=1000", and "%p
-  // %m%n".
+  // Logs "PRIORITY message" to this kind of appender with these properties.
   void UseAppender(const std::string& type, const std::filesystem::path& file,
                    const std::vector<std::string>& properties = {}) const;
   // Loads the proxy and initialises it.
   void Start();
-  // Closes it and gives it back to the loader.
+  // Closes and unloads it.
   void Stop();
 
-  // Makes the calls from `first` up to, but without, `end`, and expects of each the target's own
-  // result and last error.
+  // Makes the calls [first, end), and expects the target's own result and last error of each.
   void Call(std::uintptr_t first, std::uintptr_t end) const;
 
  private:
-  Module target_;
+  HeldTarget target_;
 };
 
 }  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a rolling log's files have to hold, worked out line by line.
 #ifndef VEXTREL_TESTS_LONGLOGS_ROLLING_FILES_H
 #define VEXTREL_TESTS_LONGLOGS_ROLLING_FILES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A log that rolls while calls go on.
 #include <algorithm>
 #include <array>
@@ -28,7 +29,7 @@ class Rolling : public NumberedCalls {
   [[nodiscard]] std::map<std::string, std::string> Files() const {
     std::map<std::string, std::string> files;
     const std::string name = LogFile().filename().string();
-    for (const auto& entry : std::filesystem::directory_iterator(folder())) {
+    for (const auto& entry : std::filesystem::directory_iterator(Folder())) {
       const std::string found = entry.path().filename().string();
       if (found.starts_with(name)) {
         files[found.substr(name.size())] = ReadFile(entry.path());
@@ -41,13 +42,13 @@ class Rolling : public NumberedCalls {
 class RollingAt : public Rolling, public ::testing::WithParamInterface<Limits> {};
 
 TEST_P(RollingAt, KeepsTheLastLinesWholeAndInOrder) {
-  constexpr std::uintptr_t kCalls = 2000;
+  constexpr std::uintptr_t calls = 2000;
   UseLimits(GetParam());
   Start();
-  Call(0, kCalls);
+  Call(0, calls);
   RollingFiles expected(GetParam().maxFileSize, GetParam().maxBackupIndex);
   expected.Write(StartLines());
-  expected.Write(CallLines(0, kCalls));
+  expected.Write(CallLines(0, calls));
   EXPECT_EQ(expected.Contents().size(), GetParam().maxBackupIndex + 1);
   EXPECT_EQ(Files(), expected.Contents());
 }
@@ -98,13 +99,13 @@ TEST_F(Rolling, ContinuesTheFilesOfAnEarlierDay) {
 }
 
 TEST_F(Rolling, LosesNothingWhenThreadsCallAtTheSameTime) {
-  constexpr std::uintptr_t kCalls = 500;
-  constexpr std::size_t kMaxFileSize = 8000;
-  UseLimits({kMaxFileSize, 99});
+  constexpr std::uintptr_t calls = 500;
+  constexpr std::size_t maxFileSize = 8000;
+  UseLimits({maxFileSize, 99});
   Start();
   std::array<std::thread, 4> threads;
   for (std::uintptr_t index = 0; index < threads.size(); ++index) {
-    threads[index] = std::thread([this, index] { Call(index * kCalls, (index + 1) * kCalls); });
+    threads[index] = std::thread([this, index] { Call(index * calls, (index + 1) * calls); });
   }
   for (std::thread& thread : threads) {
     thread.join();
@@ -119,14 +120,14 @@ TEST_F(Rolling, LosesNothingWhenThreadsCallAtTheSameTime) {
     EXPECT_TRUE(file->second.empty() || file->second.back() == '\n') << file->first;
   }
   for (std::uintptr_t index = 0; index < threads.size(); ++index) {
-    const std::vector<std::string> expected = CallLines(index * kCalls, (index + 1) * kCalls);
+    const std::vector<std::string> expected = CallLines(index * calls, (index + 1) * calls);
     const std::set<std::string> theirs(expected.begin(), expected.end());
     std::vector<std::string> found;
     std::ranges::copy_if(lines, std::back_inserter(found),
                          [&](const std::string& line) { return theirs.contains(line); });
     EXPECT_EQ(found, expected);
   }
-  EXPECT_EQ(lines.size(), StartLines().size() + threads.size() * kCalls);
+  EXPECT_EQ(lines.size(), StartLines().size() + threads.size() * calls);
 }
 
 }  // namespace

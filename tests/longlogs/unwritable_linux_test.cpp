@@ -1,9 +1,9 @@
-// A disk that is full, and a log file that is deleted, moved or taken away while the application
-// runs, as Linux allows.
+// SPDX-License-Identifier: MIT
+// A full disk, and a log file that is deleted, moved or taken away while the application runs,
+// which Linux allows.
 #include <sys/resource.h>
 
 #include <csignal>
-#include <numeric>
 
 #include "longlogs/numbered_calls.h"
 
@@ -11,12 +11,6 @@ namespace vextrel_test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Text(const std::vector<std::string>& lines) {
-  return std::accumulate(
-      lines.begin(), lines.end(), std::string(),
-      [](std::string text, const std::string& line) { return std::move(text) + line + "\n"; });
-}
 
 // Limits the size of the files that this process writes.
 class FileSizeLimit {
@@ -47,14 +41,14 @@ TEST_P(Appender, WithoutRoomLeavesTheCallsAlone) {
 }
 
 TEST_P(Appender, ThatReachesTheLimitGoesOnWhenThereIsRoomAgain) {
-  constexpr std::size_t kLimit = 4096;
+  constexpr std::size_t limitBytes = 4096;
   UseAppender(GetParam(), LogFile());
   Start();
   {
-    const FileSizeLimit limit(kLimit);
+    const FileSizeLimit limit(limitBytes);
     Call(0, 200);
   }
-  const std::string before = (Text(StartLines()) + Text(CallLines(0, 200))).substr(0, kLimit);
+  const std::string before = (Text(StartLines()) + Text(CallLines(0, 200))).substr(0, limitBytes);
   EXPECT_EQ(ReadFile(LogFile()), before);
   Call(200, 250);
   EXPECT_EQ(ReadFile(LogFile()), before + Text(CallLines(200, 250)));
@@ -64,10 +58,10 @@ TEST_P(Appender, WritesOnToAFileThatIsRenamed) {
   UseAppender(GetParam(), LogFile());
   Start();
   Call(0, 50);
-  fs::rename(LogFile(), folder() / "renamed.log");
+  fs::rename(LogFile(), Folder() / "renamed.log");
   Call(50, 100);
   EXPECT_FALSE(exists(LogFile()));
-  EXPECT_EQ(ReadFile(folder() / "renamed.log"), Text(StartLines()) + Text(CallLines(0, 100)));
+  EXPECT_EQ(ReadFile(Folder() / "renamed.log"), Text(StartLines()) + Text(CallLines(0, 100)));
 }
 
 TEST_P(Appender, WritesOnToAFileThatIsMadeReadOnly) {
@@ -91,8 +85,8 @@ TEST_P(Appender, DoesNotMindThatItsFileIsDeleted) {
 INSTANTIATE_TEST_SUITE_P(All, Appender, ::testing::Values("FileAppender", "RollingFileAppender"),
                          [](const auto& each) { return std::string(each.param); });
 
-// At the beginning of a file that has room for ten lines, with one backup there. Any ten lines in a
-// row are of the same size.
+// At the beginning of a file with room for ten lines, next to one backup. Any ten consecutive lines
+// have the same size.
 class RollingWhile : public NumberedCalls {
  protected:
   RollingWhile() {
@@ -129,9 +123,9 @@ TEST_F(RollingWhile, ItsFileIsDeletedFindsTheNextOne) {
 }
 
 TEST_F(RollingWhile, ItsFileIsRenamedFindsTheNextOne) {
-  fs::rename(LogFile(), folder() / "renamed.log");
+  fs::rename(LogFile(), Folder() / "renamed.log");
   const std::string last = CallTen();
-  EXPECT_EQ(ReadFile(folder() / "renamed.log"), last);
+  EXPECT_EQ(ReadFile(Folder() / "renamed.log"), last);
   const std::string found = CallTen();
   EXPECT_EQ(ReadFile(Backup(1)), found);
 }
@@ -154,13 +148,13 @@ TEST_F(RollingWhile, ItsBackupsCannotBeWrittenStaysInItsFile) {
   EXPECT_EQ(SplitLines(ReadFile(LogFile())).size(), 9U) << "the first line showed that it was full";
 }
 
-// log4cpp has no file any more after that, and does not look for one again.
+// After that log4cpp has no file and never opens another.
 TEST_F(RollingWhile, ItsFolderIsTakenAwayLeavesTheCallsAlone) {
-  const fs::path away = folder().string() + ".away";
-  fs::rename(folder(), away);
+  const fs::path away = Folder().string() + ".away";
+  fs::rename(Folder(), away);
   const std::string last = CallTen();
   CallTen();
-  fs::rename(away, folder());
+  fs::rename(away, Folder());
   CallTen();
   EXPECT_EQ(ReadFile(LogFile()), last);
 }

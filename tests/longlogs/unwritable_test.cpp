@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A log file that never could be opened.
 #include "longlogs/numbered_calls.h"
 
@@ -7,7 +8,7 @@ namespace {
 class NoLogFile : public NumberedCalls, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(NoLogFile, LeavesTheCallsAlone) {
-  const std::filesystem::path missing = folder() / "missing" / "trace.log";
+  const std::filesystem::path missing = Folder() / "missing" / "trace.log";
   UseAppender(GetParam(), missing);
   Start();
   Call(0, 200);

@@ -1,9 +1,8 @@
-// A log file that cannot be written, or not be renamed, while the application runs, as Windows
-// allows.
+// SPDX-License-Identifier: MIT
+// A log file that can't be written or renamed while the application runs, which Windows allows.
 #include <windows.h>
 
 #include <fstream>
-#include <numeric>
 
 #include "longlogs/numbered_calls.h"
 
@@ -11,12 +10,6 @@ namespace vextrel_test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Text(const std::vector<std::string>& lines) {
-  return std::accumulate(
-      lines.begin(), lines.end(), std::string(),
-      [](std::string text, const std::string& line) { return std::move(text) + line + "\n"; });
-}
 
 class Appender : public NumberedCalls, public ::testing::WithParamInterface<const char*> {};
 
@@ -26,7 +19,7 @@ TEST_P(Appender, KeepsItsFileFromBeingDeletedOrRenamed) {
   Call(0, 50);
   std::error_code error;
   EXPECT_FALSE(fs::remove(LogFile(), error));
-  fs::rename(LogFile(), folder() / "renamed.log", error);
+  fs::rename(LogFile(), Folder() / "renamed.log", error);
   EXPECT_TRUE(error);
   Call(50, 100);
   EXPECT_EQ(ReadFile(LogFile()), Text(StartLines()) + Text(CallLines(0, 100)));
@@ -64,8 +57,8 @@ TEST_P(Appender, WhoseWritesFailLeavesTheCallsAlone) {
 INSTANTIATE_TEST_SUITE_P(All, Appender, ::testing::Values("FileAppender", "RollingFileAppender"),
                          [](const auto& each) { return std::string(each.param); });
 
-// Somebody who looks at the file keeps it from becoming a backup: it grows beyond its limit, and
-// rolls when the view is closed.
+// While somebody has the file open, it can't become a backup: it grows past its limit, and rolls
+// when it is closed.
 class Viewed : public NumberedCalls {};
 
 TEST_F(Viewed, RollingFileStaysUntilItCanBeRenamed) {

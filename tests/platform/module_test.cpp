@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -56,24 +57,24 @@ TEST_F(PlatformModule, StaysLoadedForEachReference) {
 }
 
 TEST_F(PlatformModule, IsNotFoundIfTheFileIsMissing) {
-  EXPECT_EQ(LoadError(folder() / "missing.cti"), kModuleNotFound);
-  EXPECT_EQ(LoadError(folder() / "no folder" / "missing.cti"), kModuleNotFound);
+  EXPECT_EQ(LoadError(Folder() / "missing.cti"), kModuleNotFound);
+  EXPECT_EQ(LoadError(Folder() / "no folder" / "missing.cti"), kModuleNotFound);
 }
 
 TEST_F(PlatformModule, HasABadFormatIfTheFileIsAText) {
-  WriteFile(folder() / "text.cti", "This is a text and no module at all.\n");
-  EXPECT_EQ(LoadError(folder() / "text.cti"), kBadModuleFormat);
+  WriteFile(Folder() / "text.cti", "This is a text and no module at all.\n");
+  EXPECT_EQ(LoadError(Folder() / "text.cti"), kBadModuleFormat);
 }
 
 TEST_F(PlatformModule, HasABadFormatIfTheFileIsAModuleCutShort) {
-  const std::filesystem::path cut = folder() / "cut.cti";
+  const std::filesystem::path cut = Folder() / "cut.cti";
   std::filesystem::copy_file(ScriptedTargetPath(), cut);
   std::filesystem::resize_file(cut, 40);
   EXPECT_EQ(LoadError(cut), kBadModuleFormat);
 }
 
 TEST_F(PlatformModule, LoadsThoughAnEarlierLoadFailed) {
-  EXPECT_EQ(LoadError(folder() / "missing.cti"), kModuleNotFound);
+  EXPECT_EQ(LoadError(Folder() / "missing.cti"), kModuleNotFound);
   const ModuleLoad load = Load(ScriptedTargetPath());
   ASSERT_NE(load.module, nullptr);
   EXPECT_EQ(load.error, 0U);
@@ -101,6 +102,30 @@ TEST_F(PlatformModule, FindsNoExportThatItLacks) {
   EXPECT_EQ(FindExport(load.module, ""), nullptr);
   EXPECT_NE(FindExport(load.module, "GCInitLib"), nullptr);
   UnloadModule(load.module);
+}
+
+// On Linux, the loader looks a name up in the libraries that the module links, too; on Windows, the
+// module passes it on to another one.
+TEST_F(PlatformModule, FindsExportsOfAnotherModuleOnlyIfItPassesThemOnItself) {
+  const std::filesystem::path path = ScriptedTargetPath().parent_path() / "odd_target.cti";
+  const Module odd(path);
+  ASSERT_NE(odd.FindAddress("TLOpen"), nullptr);
+  EXPECT_EQ(FindExport(odd.Handle(), "TLOpen") != nullptr, kOnWindows);
+  // A handle of another path is a handle of the same module.
+  const std::filesystem::path detour = path.parent_path() / ".." / "targets" / path.filename();
+  const Module again(detour);
+  EXPECT_EQ(FindExport(again.Handle(), "EventFlush"), odd.FindAddress("EventFlush"));
+  EXPECT_NE(FindExport(again.Handle(), "EventFlush"), nullptr);
+}
+
+TEST_F(PlatformModule, FindsTheExportsOfEachOfTwoCopies) {
+  const std::filesystem::path copy = Folder() / "copy.cti";
+  std::filesystem::copy_file(ScriptedTargetPath(), copy);
+  const Module first(ScriptedTargetPath());
+  const Module second(copy);
+  EXPECT_EQ(FindExport(first.Handle(), "TLOpen"), first.FindAddress("TLOpen"));
+  EXPECT_EQ(FindExport(second.Handle(), "TLOpen"), second.FindAddress("TLOpen"));
+  EXPECT_NE(FindExport(first.Handle(), "TLOpen"), FindExport(second.Handle(), "TLOpen"));
 }
 
 TEST_F(PlatformModule, HasTheFileVersionOfItsResources) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -16,7 +17,7 @@ using vextrel::platform::OpenTextFile;
 class TextFile : public ProxyFiles {
  protected:
   [[nodiscard]] std::string Path(const std::string& name) const {
-    return (folder() / name).string();
+    return (Folder() / name).string();
   }
 
   static std::string Content(std::ifstream file) {

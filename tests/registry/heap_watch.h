@@ -1,9 +1,12 @@
-// Tells whether an object on the heap has been destroyed, without touching it.
+// SPDX-License-Identifier: MIT
+// Tells whether a heap object has been freed, without touching it.
 #ifndef VEXTREL_TESTS_REGISTRY_HEAP_WATCH_H
 #define VEXTREL_TESTS_REGISTRY_HEAP_WATCH_H
 
-// Watches one address from its construction on. The program's operator delete reports to it, so it
-// works in every build, not only where a sanitizer looks on. Not thread-safe.
+namespace vextrel_test {
+
+// Watches one address for as long as it lives. The program's operator delete reports to it, so it
+// works in every build, not just under a sanitizer. Not thread-safe.
 class HeapWatch {
  public:
   explicit HeapWatch(const void* address) noexcept;
@@ -11,18 +14,18 @@ class HeapWatch {
   HeapWatch(const HeapWatch&) = delete;
   HeapWatch& operator=(const HeapWatch&) = delete;
 
-  // Whether what lay at the address has been given back to the heap.
+  // True iff what lay at the address has been freed.
   [[nodiscard]] bool IsFreed() const noexcept { return isFreed_; }
 
   // For operator delete.
   static void NoteFreed(const void* address) noexcept;
 
  private:
-  static HeapWatch* latest_;
-
   const void* address_;
   HeapWatch* previous_;
   bool isFreed_ = false;
 };
+
+}  // namespace vextrel_test
 
 #endif  // VEXTREL_TESTS_REGISTRY_HEAP_WATCH_H

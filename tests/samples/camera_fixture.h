@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef VEXTREL_TESTS_SAMPLES_CAMERA_FIXTURE_H
 #define VEXTREL_TESTS_SAMPLES_CAMERA_FIXTURE_H
 
@@ -5,20 +6,49 @@
 
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "gentl/gentl_newer.h"
 #include "producer.h"
 
-inline constexpr uint64_t kForever = ~uint64_t{0};
-inline constexpr uint64_t kLongEnough = 20000;  // milliseconds, for what is sure to come
+namespace vextrel_test {
 
-// An info call with all arguments bound but the last three.
+// As the loader spells it.
+inline std::filesystem::path CameraPath() {
+  return std::filesystem::path(SIMULATED_CAMERA).make_preferred();
+}
+
+inline constexpr uint64_t kForever = ~uint64_t{0};
+inline constexpr uint64_t kLongEnough = 20000;  // Milliseconds, for what is sure to come.
+
+// What the two editions of the camera answer differently.
+#if defined(CAMERA_IS_EXTENDED)
+inline constexpr GC_ERROR kBufferTooSmall = GC_ERR_BUFFER_TOO_SMALL;
+inline constexpr GC_ERROR kBadIndex = GC_ERR_INVALID_INDEX;
+#else
+inline constexpr GC_ERROR kBufferTooSmall = GC_ERR_INVALID_BUFFER;
+inline constexpr GC_ERROR kBadIndex = GC_ERR_INVALID_PARAMETER;
+#endif
+
+// An info call that lacks only its last three arguments.
 using Query = std::function<GC_ERROR(INFO_DATATYPE*, void*, size_t*)>;
 
-// Asks for the size first, tries with too small a buffer, and then expects this very answer.
+// Returns a maker of queries: it takes the command of an info function whose arguments before the
+// command are these.
+template <class Function, class... Arguments>
+std::function<Query(int32_t)> Asking(Function function, Arguments... arguments) {
+  return [=](int32_t command) -> Query {
+    return [=](INFO_DATATYPE* type, void* buffer, size_t* size) {
+      return function(arguments..., command, type, buffer, size);
+    };
+  };
+}
+
+// Expects this answer, this size from a query without a buffer, and a refusal of a short buffer.
 inline void ExpectAnswer(const Query& query, INFO_DATATYPE type, const std::string& bytes) {
   INFO_DATATYPE told = -1;
   size_t size = 0xDEADBEEFDEADBEEFu;
@@ -28,7 +58,7 @@ inline void ExpectAnswer(const Query& query, INFO_DATATYPE type, const std::stri
 
   std::string buffer(size, '?');
   size_t tooSmall = size - 1;
-  EXPECT_EQ(GC_ERR_INVALID_BUFFER, query(&told, buffer.data(), &tooSmall));
+  EXPECT_EQ(kBufferTooSmall, query(&told, buffer.data(), &tooSmall));
   EXPECT_EQ(size, tooSmall);
   EXPECT_EQ(std::string(size, '?'), buffer);
 
@@ -65,7 +95,7 @@ inline void ExpectRefusal(const Query& query, GC_ERROR error) {
   EXPECT_EQ(error, query(&type, buffer, &size));
 }
 
-// The number that an info call answers with.
+// Returns the number that an info call answers with.
 template <class T>
 T NumberOf(const Query& query) {
   T value{};
@@ -75,7 +105,7 @@ T NumberOf(const Query& query) {
   return value;
 }
 
-// Waits for what another thread brings about.
+// Waits until another thread makes the condition true. Returns false if that takes too long.
 inline bool Eventually(const std::function<bool()>& condition) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kLongEnough);
   while (!condition()) {
@@ -87,24 +117,25 @@ inline bool Eventually(const std::function<bool()>& condition) {
   return true;
 }
 
-// The loaded module, initialised.
+// The loaded module, initialized.
 class CameraTest : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(gentl.module.Loaded());
+    ASSERT_TRUE(gentl.module.IsLoaded());
     ASSERT_EQ(GC_ERR_SUCCESS, gentl.GCInitLib());
   }
 
   void TearDown() override {
-    if (gentl.module.Loaded()) {
+    if (gentl.module.IsLoaded()) {
       EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCCloseLib());
     }
   }
 
-  Producer gentl{SIMULATED_CAMERA_PATH};
+ public:
+  const Producer gentl{CameraPath()};
 };
 
-// With the transport layer, both interfaces, a device and its data stream open.
+// Opens the transport layer, both interfaces, a device and its data stream.
 class OpenCameraTest : public CameraTest {
  protected:
   void SetUp() override {
@@ -121,15 +152,11 @@ class OpenCameraTest : public CameraTest {
   }
 
   [[nodiscard]] Query StreamInfo(STREAM_INFO_CMD command) const {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.DSGetInfo(hStream, command, type, buffer, size);
-    };
+    return Asking(gentl.DSGetInfo, hStream)(command);
   }
 
   [[nodiscard]] Query BufferInfo(BUFFER_HANDLE hBuffer, BUFFER_INFO_CMD command) const {
-    return [this, hBuffer, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.DSGetBufferInfo(hStream, hBuffer, command, type, buffer, size);
-    };
+    return Asking(gentl.DSGetBufferInfo, hStream, hBuffer)(command);
   }
 
   [[nodiscard]] bool IsQueued(BUFFER_HANDLE hBuffer) const {
@@ -145,7 +172,7 @@ class OpenCameraTest : public CameraTest {
     return NumberOf<bool8_t>(StreamInfo(STREAM_INFO_IS_GRABBING)) != 0;
   }
 
-  // Announces `count` buffers of the payload size, which the producer allocates.
+  // Announces `count` buffers of the payload size in the producer's memory.
   std::vector<BUFFER_HANDLE> AnnounceBuffers(size_t count) {
     const auto payload = NumberOf<size_t>(StreamInfo(STREAM_INFO_PAYLOAD_SIZE));
     std::vector<BUFFER_HANDLE> buffers(count);
@@ -170,7 +197,7 @@ class OpenCameraTest : public CameraTest {
     return value;
   }
 
-  // Waits for an event that is sure to come and returns its data.
+  // Waits for an event and returns its data.
   std::string Take(EVENT_HANDLE hEvent, size_t room = 512) {
     std::string data(room, '\0');
     size_t size = data.size();
@@ -188,6 +215,7 @@ class OpenCameraTest : public CameraTest {
     return hBuffer;
   }
 
+ public:
   TL_HANDLE hTL = nullptr;
   IF_HANDLE hIface0 = nullptr;
   IF_HANDLE hIface = nullptr;
@@ -196,7 +224,7 @@ class OpenCameraTest : public CameraTest {
   DS_HANDLE hStream = nullptr;
 };
 
-// With fast frames and the new-buffer event registered, too.
+// Registers the new-buffer event; frames come fast.
 class StreamingCameraTest : public OpenCameraTest {
  protected:
   void SetUp() override {
@@ -204,8 +232,11 @@ class StreamingCameraTest : public OpenCameraTest {
     ASSERT_EQ(GC_ERR_SUCCESS, gentl.GCRegisterEvent(hStream, EVENT_NEW_BUFFER, &hEvent));
   }
 
+ public:
   EnvironmentSetting rate{"VEXTREL_CAMERA_RATE", "500"};
   EVENT_HANDLE hEvent = nullptr;
 };
+
+}  // namespace vextrel_test
 
 #endif  // VEXTREL_TESTS_SAMPLES_CAMERA_FIXTURE_H

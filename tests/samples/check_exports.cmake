@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Fails unless MODULE exports the names of DEF_FILE and no others.
 execute_process(COMMAND "${OBJDUMP}" -f "${MODULE}" OUTPUT_VARIABLE header COMMAND_ERROR_IS_FATAL ANY)
 if(header MATCHES "file format pei?-")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -5,35 +6,26 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "child_process.h"
+#include "support/files.h"
+#include "support/process.h"
+#include "support/system.h"
 
+namespace vextrel_test {
 namespace {
 
 namespace fs = std::filesystem;
-using child_process::Outcome;
-using child_process::SetVariable;
 
 constexpr const char* kPathVariable = "GENICAM_GENTL64_PATH";
-
-[[nodiscard]] std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(line);
-  }
-  return lines;
-}
+constexpr char kPathSeparator = kOnWindows ? ';' : ':';
 
 [[nodiscard]] std::vector<std::string> LinesWith(const std::string& text,
                                                  const std::string& beginning) {
   std::vector<std::string> found;
-  for (const std::string& line : Lines(text)) {
+  for (const std::string& line : SplitLines(text)) {
     if (line.starts_with(beginning)) {
       found.push_back(line);
     }
@@ -42,10 +34,11 @@ constexpr const char* kPathVariable = "GENICAM_GENTL64_PATH";
 }
 
 [[nodiscard]] bool HasLine(const std::string& text, const std::string& line) {
-  return std::ranges::count(Lines(text), line) != 0;
+  return std::ranges::count(SplitLines(text), line) != 0;
 }
 
-// '#' in the pattern stands for one or more hexadecimal digits, '*' for any one or more characters.
+// In the pattern, '#' matches one or more hexadecimal digits, '*' one or more characters of any
+// kind.
 [[nodiscard]] bool Matches(std::string_view text, std::string_view pattern) {
   if (pattern.empty()) {
     return text.empty();
@@ -55,9 +48,9 @@ constexpr const char* kPathVariable = "GENICAM_GENTL64_PATH";
   if (wanted != '#' && wanted != '*') {
     return text.starts_with(wanted) && Matches(text.substr(1), restOfPattern);
   }
-  constexpr std::string_view kHexadecimal = "0123456789ABCDEFabcdef";
+  constexpr std::string_view hexadecimal = "0123456789ABCDEFabcdef";
   for (std::size_t length = 1; length <= text.size(); ++length) {
-    if (wanted == '#' && kHexadecimal.find(text[length - 1]) == std::string_view::npos) {
+    if (wanted == '#' && hexadecimal.find(text[length - 1]) == std::string_view::npos) {
       return false;
     }
     if (Matches(text.substr(length), restOfPattern)) {
@@ -72,30 +65,30 @@ constexpr const char* kPathVariable = "GENICAM_GENTL64_PATH";
 }
 
 class GrabTest : public testing::Test {
- protected:
+ public:
   GrabTest() {
     const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
     scratch = fs::path(SCRATCH_FOLDER) / test->name();
     fs::remove_all(scratch);
     fs::create_directories(scratch);
-    SetVariable(kPathVariable, std::nullopt);
-    SetVariable("SPARSE_PRODUCER_FAULT", std::nullopt);
+    SetVariable(kPathVariable, nullptr);
+    SetVariable("SPARSE_PRODUCER_FAULT", nullptr);
     SetVariable("VEXTREL_CAMERA_RATE", "200");
     SetVariable("VEXTREL_CAMERA_WIDTH", "48");
     SetVariable("VEXTREL_CAMERA_HEIGHT", "32");
   }
 
   [[nodiscard]] Outcome Grab(const std::vector<std::string>& arguments) const {
-    return child_process::Run(GRAB_PROGRAM, arguments, scratch);
+    return RunProgram(GRAB_PROGRAM, arguments, scratch);
   }
 
-  // With the simulated camera named on the command line.
+  // Names the simulated camera on the command line.
   [[nodiscard]] Outcome GrabFromCamera(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), {"--producer", Native(SIMULATED_CAMERA)});
     return Grab(arguments);
   }
 
-  // A folder with a copy of the module.
+  // Makes a folder with a copy of the module.
   [[nodiscard]] std::string FolderWith(const char* module, const char* folderName) const {
     const fs::path folder = scratch / folderName;
     fs::create_directories(folder);
@@ -103,7 +96,7 @@ class GrabTest : public testing::Test {
     return Native(folder);
   }
 
-  // One line on standard error, and the exit code.
+  // Expects the exit code and one line on standard error.
   static void ExpectFailure(const Outcome& outcome, int exitCode, const std::string& sentence) {
     EXPECT_EQ(outcome.exitCode, exitCode);
     EXPECT_EQ(outcome.err, "grab: " + sentence + "\n");
@@ -123,14 +116,14 @@ TEST_F(GrabTest, GrabsTenFramesAndClosesEverything) {
   EXPECT_EQ(outcome.err, "");
   const std::vector<std::string> frames = LinesWith(outcome.out, "Frame ");
   ASSERT_EQ(frames.size(), 10U);
-  constexpr std::string_view kPattern =
+  constexpr std::string_view pattern =
       "Frame #: ID #, 48 x 32, 1536 bytes, pixel format 0x01080001, time stamp #";
   for (const std::string& frame : frames) {
-    EXPECT_TRUE(Matches(frame, kPattern)) << frame;
+    EXPECT_TRUE(Matches(frame, pattern)) << frame;
   }
   EXPECT_TRUE(frames.front().starts_with("Frame 1: "));
   EXPECT_TRUE(frames.back().starts_with("Frame 10: "));
-  const std::vector<std::string> lines = Lines(outcome.out);
+  const std::vector<std::string> lines = SplitLines(outcome.out);
   EXPECT_EQ(std::ranges::count_if(lines,
                                   [&](const std::string& line) {
                                     return Matches(line, "10 frames in #.# s, #.# frames/s");
@@ -143,8 +136,8 @@ TEST_F(GrabTest, ReadsTheCamerasDescriptionAndRegisters) {
   const Outcome outcome = GrabFromCamera({"--frames", "1"});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   ASSERT_EQ(LinesWith(outcome.out, "Description ").size(), 2U);
-  constexpr std::string_view kUrl = "Description local:*;#;#, schema 1.1, file *";
-  EXPECT_TRUE(Matches(LinesWith(outcome.out, "Description ").front(), kUrl)) << outcome.out;
+  constexpr std::string_view url = "Description local:*;#;#, schema 1.1, file *";
+  EXPECT_TRUE(Matches(LinesWith(outcome.out, "Description ").front(), url)) << outcome.out;
   EXPECT_TRUE(HasLine(outcome.out, "Register 0x100: Width 48"));
   EXPECT_TRUE(HasLine(outcome.out, "Register 0x104: Height 32"));
   EXPECT_TRUE(HasLine(outcome.out, "Registers in one call: 48 x 32"));
@@ -195,7 +188,7 @@ TEST_F(GrabTest, ListsDevicesWithoutGrabbing) {
 TEST_F(GrabTest, FindsProducersThroughTheSearchPath) {
   const std::string missing = Native(scratch / "missing");
   const std::string folder = FolderWith(SIMULATED_CAMERA, "cameras");
-  SetVariable(kPathVariable, missing + child_process::kListSeparator + folder);
+  SetVariable(kPathVariable, (missing + kPathSeparator + folder).c_str());
   const Outcome outcome = Grab({"--frames", "2"});
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.err, "");
@@ -204,7 +197,7 @@ TEST_F(GrabTest, FindsProducersThroughTheSearchPath) {
 }
 
 TEST_F(GrabTest, TakesAFileInTheSearchPath) {
-  SetVariable(kPathVariable, Native(SIMULATED_CAMERA));
+  SetVariable(kPathVariable, Native(SIMULATED_CAMERA).c_str());
   const Outcome outcome = Grab({"--frames", "2"});
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.err, "");
@@ -214,7 +207,7 @@ TEST_F(GrabTest, TakesAFileInTheSearchPath) {
 TEST_F(GrabTest, PassesOverAProducerThatCannotBeUsed) {
   const std::string broken = FolderWith(NO_PRODUCER, "broken");
   const std::string good = FolderWith(SIMULATED_CAMERA, "good");
-  SetVariable(kPathVariable, broken + child_process::kListSeparator + good);
+  SetVariable(kPathVariable, (broken + kPathSeparator + good).c_str());
   const Outcome outcome = Grab({"--frames", "2"});
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.err, "grab: The producer does not export the function GCInitLib.\n");
@@ -242,7 +235,7 @@ TEST_F(GrabTest, TellsWhatItMisuses) {
   for (std::size_t index = 0; index < expected.size(); ++index) {
     EXPECT_TRUE(Matches(mistakes[index], expected[index])) << mistakes[index];
   }
-  // The second revocation is the only mistake that the camera does not put up with.
+  // The camera refuses nothing but the second revocation.
   const std::vector<std::string> refusals = LinesWith(outcome.out, "  refused: ");
   ASSERT_EQ(refusals.size(), 1U) << outcome.out;
   EXPECT_TRUE(refusals.front().starts_with(
@@ -286,12 +279,78 @@ TEST_F(GrabTest, RefusesToMakeAnImageOfAFrameWithoutASize) {
   EXPECT_FALSE(fs::exists(image));
 }
 
+TEST_F(GrabTest, DemandsAndUsesGenTL15) {
+  const Outcome outcome =
+      Grab({"--producer", Native(EXTENDED_CAMERA), "--genTL", "1.5", "--frames", "2"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_TRUE(HasLine(outcome.out,
+                      "Parents: device as opened, interface as opened, transport layer as opened"));
+  const std::vector<std::string> lines = SplitLines(outcome.out);
+  const std::vector<std::string> expected = {
+      "Frame #: ID #, 48 x 32, 3088 bytes, pixel format 0x01080001, time stamp #",
+      "  Part 0: 2D image, 48 x 32, format 0x01080001, 1536 bytes at 0",
+      "  Part 1: confidence map, 48 x 32, format 0x010800C6, 1536 bytes at 1536",
+      "  Chunk 0x1001: 8 bytes at 3072",
+      "  Chunk 0x1002: 8 bytes at 3080",
+  };
+  const auto first = std::ranges::find_if(
+      lines, [](const std::string& line) { return line.starts_with("Frame 1: "); });
+  ASSERT_GE(lines.end() - first, 10) << outcome.out;
+  for (std::size_t index = 0; index < 10; ++index) {
+    const std::string& line = *(first + static_cast<std::ptrdiff_t>(index));
+    EXPECT_TRUE(Matches(line, expected[index % 5])) << line;
+  }
+  EXPECT_EQ(lines.back(), "Everything closed");
+}
+
+TEST_F(GrabTest, DoesNotAskForPartsUnlessTold) {
+  const Outcome outcome = Grab({"--producer", Native(EXTENDED_CAMERA), "--frames", "2"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(LinesWith(outcome.out, "Frame ").size(), 2U);
+  EXPECT_EQ(LinesWith(outcome.out, "  Part").size(), 0U);
+  EXPECT_EQ(LinesWith(outcome.out, "Parents").size(), 0U);
+}
+
+TEST_F(GrabTest, RefusesAProducerThatLacksADemandedFunction) {
+  const auto demand = [this](const char* producer) {
+    return Grab({"--producer", Native(producer), "--genTL", "1.5"});
+  };
+  ExpectFailure(demand(SIMULATED_CAMERA), 3,
+                "The producer does not export DSGetBufferChunkData, which a consumer of GenTL 1.5 "
+                "demands.");
+  ExpectFailure(demand(SPARSE_PRODUCER), 3,
+                "The producer does not export GCGetInfo, which a consumer of GenTL 1.5 demands.");
+}
+
+TEST_F(GrabTest, PassesOverAProducerThatLacksADemandedFunction) {
+  const std::string plain = FolderWith(SIMULATED_CAMERA, "plain");
+  const std::string extended = FolderWith(EXTENDED_CAMERA, "extended");
+  SetVariable(kPathVariable, (plain + kPathSeparator + extended).c_str());
+  const Outcome outcome = Grab({"--genTL", "1.5", "--frames", "1"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(LinesWith(outcome.out, "Loading ").size(), 2U);
+  EXPECT_EQ(LinesWith(outcome.out, "  Part ").size(), 2U);
+}
+
+TEST_F(GrabTest, MakesDoWithDemandedFunctionsThatAreNotImplemented) {
+  const Outcome outcome =
+      Grab({"--producer", Native(UNHELPFUL_PRODUCER), "--genTL", "1.5", "--frames", "1"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.err, "");
+  for (const char* line : {"Parents: device -, interface -, transport layer -",
+                           "Frame 1: ID -, - x -, - bytes, pixel format -, time stamp -",
+                           "  Parts -", "  Chunks -", "Everything closed"}) {
+    EXPECT_TRUE(HasLine(outcome.out, line)) << "no line \"" << line << "\" in\n" << outcome.out;
+  }
+}
+
 TEST_F(GrabTest, PrintsHelp) {
   const Outcome outcome = Grab({"--help"});
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.err, "");
-  for (const char* option :
-       {"--producer FILE", "--list", "--frames N", "--timeout MS", "--image FILE", "--misuse"}) {
+  for (const char* option : {"--producer FILE", "--list", "--frames N", "--timeout MS",
+                             "--image FILE", "--genTL 1.5", "--misuse"}) {
     EXPECT_EQ(LinesWith(outcome.out, std::string("  ") + option).size(), 1U) << option;
   }
 }
@@ -308,6 +367,7 @@ TEST_F(GrabTest, RefusesAWrongCommandLine) {
                      "Option --frames needs a whole number from 1 to 1000000000, not '7x'.");
   ExpectUsageFailure(Grab({"--timeout", "-1"}),
                      "Option --timeout needs a whole number from 0 to 86400000, not '-1'.");
+  ExpectUsageFailure(Grab({"--genTL", "1.6"}), "Option --genTL knows 1.5 only, not '1.6'.");
   ExpectUsageFailure(Grab({"--list", "--misuse"}),
                      "Option --list goes with neither --image nor --misuse.");
 }
@@ -320,7 +380,7 @@ TEST_F(GrabTest, SaysThatTheSearchPathIsNotSet) {
 
 TEST_F(GrabTest, SaysThatTheSearchPathLeadsToNoProducer) {
   const std::string folder = Native(scratch);
-  SetVariable(kPathVariable, folder);
+  SetVariable(kPathVariable, folder.c_str());
   ExpectFailure(Grab({}), 1,
                 "There is no .cti file in " + folder +
                     ", where GENICAM_GENTL64_PATH points; name a producer with --producer FILE.");
@@ -336,7 +396,7 @@ TEST_F(GrabTest, SaysThatAFileIsNoModule) {
   std::ofstream(file) << "This is no module.\n";
   const Outcome outcome = Grab({"--producer", Native(file)});
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(Lines(outcome.err).size(), 1U) << outcome.err;
+  EXPECT_EQ(SplitLines(outcome.err).size(), 1U) << outcome.err;
   const std::string beginning = "grab: Cannot load " + Native(file) + ": ";
   EXPECT_TRUE(outcome.err.starts_with(beginning)) << outcome.err;
   EXPECT_GT(outcome.err.size(), beginning.size() + 2) << "the system's reason is missing";
@@ -375,3 +435,4 @@ TEST_F(GrabTest, SaysThatTheImageCannotBeWritten) {
 }
 
 }  // namespace
+}  // namespace vextrel_test

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exports one function, and none of a producer's.
 #if defined(_WIN32)
 #define NO_PRODUCER_EXPORT __declspec(dllexport)

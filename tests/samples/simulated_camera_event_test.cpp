@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 // Events: registration, waiting, killing, flushing and their data.
 #include <atomic>
 
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
 TEST_F(OpenCameraTest, RegistersEventsOnce) {
@@ -28,11 +30,7 @@ TEST_F(OpenCameraTest, RegistersEventsOnce) {
 }
 
 TEST_F(StreamingCameraTest, EventInfo) {
-  const auto info = [this](EVENT_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.EventGetInfo(hEvent, command, type, buffer, size);
-    };
-  };
+  const auto info = Asking(gentl.EventGetInfo, hEvent);
   AnnounceBuffers(2);
   ASSERT_EQ(GC_ERR_SUCCESS, gentl.DSFlushQueue(hStream, ACQ_QUEUE_ALL_TO_INPUT));
   ASSERT_EQ(GC_ERR_SUCCESS, gentl.DSFlushQueue(hStream, ACQ_QUEUE_INPUT_TO_OUTPUT));
@@ -89,10 +87,8 @@ TEST_F(StreamingCameraTest, NewBufferDataInfo) {
   BUFFER_HANDLE hBuffer = nullptr;
   ASSERT_EQ(GC_ERR_SUCCESS, gentl.DSAnnounceBuffer(hStream, memory, 8, &mark, &hBuffer));
   const std::string data = BytesOf(hBuffer) + BytesOf(&mark);
-  const auto info = [&](size_t length, EVENT_DATA_INFO_CMD command) -> Query {
-    return [this, &data, length, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.EventGetDataInfo(hEvent, data.data(), length, command, type, buffer, size);
-    };
+  const auto info = [&](size_t length, EVENT_DATA_INFO_CMD command) {
+    return Asking(gentl.EventGetDataInfo, hEvent, data.data(), length)(command);
   };
   ExpectNumber<void*>(info(16, EVENT_DATA_ID), INFO_DATATYPE_PTR, hBuffer);
   ExpectNumber<void*>(info(16, EVENT_DATA_VALUE), INFO_DATATYPE_PTR, &mark);
@@ -211,12 +207,7 @@ TEST_F(OpenCameraTest, TellsOfChangedFeatures) {
                           "320\0",
                           10),
               change);
-    const auto info = [&](EVENT_DATA_INFO_CMD command) -> Query {
-      return [this, &source, &change, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-        return gentl.EventGetDataInfo(source.hChange, change.data(), change.size(), command, type,
-                                      buffer, size);
-      };
-    };
+    const auto info = Asking(gentl.EventGetDataInfo, source.hChange, change.data(), change.size());
     ExpectText(info(EVENT_DATA_ID), "Width");
     ExpectText(info(EVENT_DATA_VALUE), "320");
     EXPECT_EQ(std::string("PayloadSize\0\0", 13), Take(source.hInvalidate));
@@ -281,3 +272,4 @@ TEST_F(StreamingCameraTest, StandsManyThreads) {
 }
 
 }  // namespace
+}  // namespace vextrel_test

@@ -1,13 +1,18 @@
-// Ends the process while the camera runs and nothing has been closed. Returns 0 if that went well.
+// SPDX-License-Identifier: MIT
+// Ends the process while the camera runs and nothing has been closed. Exits with 0 unless that
+// crashes.
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <thread>
 
 #include "producer.h"
 
 int main() {
-  static const Producer gentl(SIMULATED_CAMERA_PATH);
-  if (!gentl.module.Loaded()) {
+  using vextrel_test::EnvironmentSetting;
+  using vextrel_test::Producer;
+  static Producer gentl(SIMULATED_CAMERA);
+  if (!gentl.module.IsLoaded()) {
     std::puts("the module cannot be loaded");
     return 1;
   }

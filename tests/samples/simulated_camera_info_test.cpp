@@ -1,21 +1,16 @@
+// SPDX-License-Identifier: MIT
 // The info commands of the modules: types, values and the two-call size query.
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
+using Commands = std::initializer_list<BUFFER_INFO_CMD>;
+
 TEST_F(OpenCameraTest, TransportLayerInfo) {
-  const auto library = [this](TL_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.GCGetInfo(command, type, buffer, size);
-    };
-  };
-  const auto opened = [this](TL_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.TLGetInfo(hTL, command, type, buffer, size);
-    };
-  };
-  for (const auto& info :
-       {std::function<Query(TL_INFO_CMD)>(library), std::function<Query(TL_INFO_CMD)>(opened)}) {
+  const auto library = Asking(gentl.GCGetInfo);
+  const auto opened = Asking(gentl.TLGetInfo, hTL);
+  for (const auto& info : {library, opened}) {
     ExpectText(info(TL_INFO_ID), "VextrelSimulatedCamera");
     ExpectText(info(TL_INFO_VENDOR), "Vextrel");
     ExpectText(info(TL_INFO_MODEL), "Simulated Camera");
@@ -23,6 +18,9 @@ TEST_F(OpenCameraTest, TransportLayerInfo) {
     ExpectText(info(TL_INFO_TLTYPE), "Custom");
     ExpectText(info(TL_INFO_NAME), "simulated_camera.cti");
     ExpectText(info(TL_INFO_DISPLAYNAME), "Simulated Camera");
+    ExpectNumber<int32_t>(info(TL_INFO_CHAR_ENCODING), INFO_DATATYPE_INT32, 0);
+    ExpectNumber<uint32_t>(info(TL_INFO_GENTL_VER_MAJOR), INFO_DATATYPE_UINT32, 1);
+    ExpectNumber<uint32_t>(info(TL_INFO_GENTL_VER_MINOR), INFO_DATATYPE_UINT32, 1);
     ExpectRefusal(info(TL_INFO_CUSTOM_ID), GC_ERR_NOT_IMPLEMENTED);
     ExpectRefusal(info(-1), GC_ERR_NOT_IMPLEMENTED);
 
@@ -42,18 +40,9 @@ TEST_F(OpenCameraTest, TransportLayerInfo) {
 }
 
 TEST_F(OpenCameraTest, InterfaceInfo) {
-  const auto listed = [this](INTERFACE_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.TLGetInterfaceInfo(hTL, "SimIface1", command, type, buffer, size);
-    };
-  };
-  const auto opened = [this](INTERFACE_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.IFGetInfo(hIface, command, type, buffer, size);
-    };
-  };
-  for (const auto& info : {std::function<Query(INTERFACE_INFO_CMD)>(listed),
-                           std::function<Query(INTERFACE_INFO_CMD)>(opened)}) {
+  const auto listed = Asking(gentl.TLGetInterfaceInfo, hTL, "SimIface1");
+  const auto opened = Asking(gentl.IFGetInfo, hIface);
+  for (const auto& info : {listed, opened}) {
     ExpectText(info(INTERFACE_INFO_ID), "SimIface1");
     ExpectText(info(INTERFACE_INFO_DISPLAYNAME), "Simulated Interface 1");
     ExpectText(info(INTERFACE_INFO_TLTYPE), "Custom");
@@ -67,23 +56,20 @@ TEST_F(OpenCameraTest, InterfaceInfo) {
 }
 
 TEST_F(OpenCameraTest, DeviceInfo) {
-  const auto listed = [this](DEVICE_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.IFGetDeviceInfo(hIface, "SimCam1", command, type, buffer, size);
-    };
-  };
-  const auto opened = [this](DEVICE_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.DevGetInfo(hDevice, command, type, buffer, size);
-    };
-  };
-  for (const auto& info : {std::function<Query(DEVICE_INFO_CMD)>(listed),
-                           std::function<Query(DEVICE_INFO_CMD)>(opened)}) {
+  size_t nameSize = 7;
+  ASSERT_EQ(GC_ERR_SUCCESS, gentl.GCWritePort(hPort, 0x60, "Garden", &nameSize));
+  const auto listed = Asking(gentl.IFGetDeviceInfo, hIface, "SimCam1");
+  const auto opened = Asking(gentl.DevGetInfo, hDevice);
+  for (const auto& info : {listed, opened}) {
     ExpectText(info(DEVICE_INFO_ID), "SimCam1");
     ExpectText(info(DEVICE_INFO_VENDOR), "Vextrel");
     ExpectText(info(DEVICE_INFO_MODEL), "Simulated Camera");
     ExpectText(info(DEVICE_INFO_TLTYPE), "Custom");
     ExpectText(info(DEVICE_INFO_DISPLAYNAME), "Simulated Camera 1");
+    ExpectText(info(DEVICE_INFO_USER_DEFINED_NAME), "Garden");
+    ExpectText(info(DEVICE_INFO_SERIAL_NUMBER), "VSC1001");
+    ExpectText(info(DEVICE_INFO_VERSION), "1.0.0");
+    ExpectNumber<uint64_t>(info(DEVICE_INFO_TIMESTAMP_FREQUENCY), INFO_DATATYPE_UINT64, 1000000000);
     ExpectRefusal(info(DEVICE_INFO_CUSTOM_ID), GC_ERR_NOT_IMPLEMENTED);
   }
   ExpectNumber<int32_t>(listed(DEVICE_INFO_ACCESS_STATUS), INFO_DATATYPE_INT32,
@@ -94,10 +80,11 @@ TEST_F(OpenCameraTest, DeviceInfo) {
   ExpectNumber<int32_t>(listed(DEVICE_INFO_ACCESS_STATUS), INFO_DATATYPE_INT32,
                         DEVICE_ACCESS_STATUS_READWRITE);
 
-  const Query refusing = [this](INFO_DATATYPE* type, void* buffer, size_t* size) {
-    return gentl.IFGetDeviceInfo(hIface0, "SimCam0", DEVICE_INFO_ACCESS_STATUS, type, buffer, size);
-  };
-  ExpectNumber<int32_t>(refusing, INFO_DATATYPE_INT32, DEVICE_ACCESS_STATUS_NOACCESS);
+  ExpectText(listed(DEVICE_INFO_USER_DEFINED_NAME), "");
+
+  const auto refusing = Asking(gentl.IFGetDeviceInfo, hIface0, "SimCam0");
+  ExpectNumber<int32_t>(refusing(DEVICE_INFO_ACCESS_STATUS), INFO_DATATYPE_INT32,
+                        DEVICE_ACCESS_STATUS_NOACCESS);
   size_t size = 0;
   EXPECT_EQ(GC_ERR_INVALID_ID,
             gentl.IFGetDeviceInfo(hIface, "SimCam0", DEVICE_INFO_ID, nullptr, nullptr, &size));
@@ -117,6 +104,9 @@ TEST_F(OpenCameraTest, StreamInfoAtRest) {
   ExpectText(StreamInfo(STREAM_INFO_TLTYPE), "Custom");
   ExpectNumber<size_t>(StreamInfo(STREAM_INFO_NUM_CHUNKS_MAX), INFO_DATATYPE_SIZET, 0);
   ExpectNumber<size_t>(StreamInfo(STREAM_INFO_NUM_ANNOUNCE_MIN), INFO_DATATYPE_SIZET, 1);
+  ExpectNumber<size_t>(StreamInfo(STREAM_INFO_BUF_ALIGNMENT), INFO_DATATYPE_SIZET, 1);
+  ExpectRefusal(StreamInfo(STREAM_INFO_FLOW_TABLE), GC_ERR_NOT_AVAILABLE);
+  ExpectRefusal(StreamInfo(STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR), GC_ERR_NOT_AVAILABLE);
   ExpectRefusal(StreamInfo(STREAM_INFO_CUSTOM_ID), GC_ERR_NOT_IMPLEMENTED);
 }
 
@@ -129,16 +119,18 @@ TEST_F(OpenCameraTest, BufferInfoBeforeAnyFrame) {
   ExpectNumber<void*>(BufferInfo(hBuffer, BUFFER_INFO_BASE), INFO_DATATYPE_PTR, memory);
   ExpectNumber<size_t>(BufferInfo(hBuffer, BUFFER_INFO_SIZE), INFO_DATATYPE_SIZET, 64);
   ExpectNumber<void*>(BufferInfo(hBuffer, BUFFER_INFO_USER_PTR), INFO_DATATYPE_PTR, &mark);
-  for (const BUFFER_INFO_CMD command :
-       {BUFFER_INFO_NEW_DATA, BUFFER_INFO_IS_QUEUED, BUFFER_INFO_IS_ACQUIRING,
-        BUFFER_INFO_IS_INCOMPLETE, BUFFER_INFO_IMAGEPRESENT}) {
+  for (const BUFFER_INFO_CMD command : Commands{
+           BUFFER_INFO_NEW_DATA, BUFFER_INFO_IS_QUEUED, BUFFER_INFO_IS_ACQUIRING,
+           BUFFER_INFO_IS_INCOMPLETE, BUFFER_INFO_IMAGEPRESENT, BUFFER_INFO_DATA_LARGER_THAN_BUFFER,
+           BUFFER_INFO_CONTAINS_CHUNKDATA, BUFFER_INFO_IS_COMPOSITE}) {
     ExpectNumber<bool8_t>(BufferInfo(hBuffer, command), INFO_DATATYPE_BOOL8, 0);
   }
   ExpectNumber<size_t>(BufferInfo(hBuffer, BUFFER_INFO_SIZE_FILLED), INFO_DATATYPE_SIZET, 0);
   ExpectText(BufferInfo(hBuffer, BUFFER_INFO_TLTYPE), "Custom");
   for (const BUFFER_INFO_CMD command :
-       {BUFFER_INFO_TIMESTAMP, BUFFER_INFO_WIDTH, BUFFER_INFO_FRAMEID, BUFFER_INFO_CHUNKLAYOUTID,
-        BUFFER_INFO_FILENAME}) {
+       Commands{BUFFER_INFO_TIMESTAMP, BUFFER_INFO_WIDTH, BUFFER_INFO_FRAMEID,
+                BUFFER_INFO_CHUNKLAYOUTID, BUFFER_INFO_FILENAME, BUFFER_INFO_PIXEL_ENDIANNESS,
+                BUFFER_INFO_DATA_SIZE, BUFFER_INFO_TIMESTAMP_NS}) {
     ExpectRefusal(BufferInfo(hBuffer, command), GC_ERR_NOT_AVAILABLE);
   }
   ExpectRefusal(BufferInfo(hBuffer, BUFFER_INFO_CUSTOM_ID), GC_ERR_NOT_IMPLEMENTED);
@@ -157,7 +149,9 @@ TEST_F(StreamingCameraTest, BufferInfoOfAFrame) {
     ExpectNumber<bool8_t>(BufferInfo(hBuffer, command), INFO_DATATYPE_BOOL8, 1);
   }
   for (const BUFFER_INFO_CMD command :
-       {BUFFER_INFO_IS_QUEUED, BUFFER_INFO_IS_ACQUIRING, BUFFER_INFO_IS_INCOMPLETE}) {
+       Commands{BUFFER_INFO_IS_QUEUED, BUFFER_INFO_IS_ACQUIRING, BUFFER_INFO_IS_INCOMPLETE,
+                BUFFER_INFO_DATA_LARGER_THAN_BUFFER, BUFFER_INFO_CONTAINS_CHUNKDATA,
+                BUFFER_INFO_IS_COMPOSITE}) {
     ExpectNumber<bool8_t>(BufferInfo(hBuffer, command), INFO_DATATYPE_BOOL8, 0);
   }
   const std::pair<BUFFER_INFO_CMD, size_t> sizes[] = {
@@ -172,6 +166,7 @@ TEST_F(StreamingCameraTest, BufferInfoOfAFrame) {
       {BUFFER_INFO_PAYLOADTYPE, 1},
       {BUFFER_INFO_DELIVERED_IMAGEHEIGHT, 480},
       {BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE, 0},
+      {BUFFER_INFO_DATA_SIZE, 640 * 480},
   };
   for (const auto& [command, value] : sizes) {
     ExpectNumber<size_t>(BufferInfo(hBuffer, command), INFO_DATATYPE_SIZET, value);
@@ -181,7 +176,11 @@ TEST_F(StreamingCameraTest, BufferInfoOfAFrame) {
                          0x01080001);
   ExpectNumber<uint64_t>(BufferInfo(hBuffer, BUFFER_INFO_PIXELFORMAT_NAMESPACE),
                          INFO_DATATYPE_UINT64, 4);
-  EXPECT_GT(NumberOf<uint64_t>(BufferInfo(hBuffer, BUFFER_INFO_TIMESTAMP)), 0u);
+  ExpectNumber<int32_t>(BufferInfo(hBuffer, BUFFER_INFO_PIXEL_ENDIANNESS), INFO_DATATYPE_INT32, 1);
+  const auto timestamp = NumberOf<uint64_t>(BufferInfo(hBuffer, BUFFER_INFO_TIMESTAMP));
+  EXPECT_GT(timestamp, 0u);
+  ExpectNumber<uint64_t>(BufferInfo(hBuffer, BUFFER_INFO_TIMESTAMP_NS), INFO_DATATYPE_UINT64,
+                         timestamp);
 
   ASSERT_EQ(GC_ERR_SUCCESS, gentl.DSQueueBuffer(hStream, hBuffer));
   ExpectNumber<bool8_t>(BufferInfo(hBuffer, BUFFER_INFO_NEW_DATA), INFO_DATATYPE_BOOL8, 0);
@@ -202,11 +201,7 @@ TEST_F(OpenCameraTest, PortInfo) {
       {AnnounceBuffers(1).front(), "SimCam1-Stream0-Buffer0", "TLBuffer", "BufferPort", 0}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.module);
-    const auto info = [&](PORT_INFO_CMD command) -> Query {
-      return [this, &c, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-        return gentl.GCGetPortInfo(c.handle, command, type, buffer, size);
-      };
-    };
+    const auto info = Asking(gentl.GCGetPortInfo, c.handle);
     ExpectText(info(PORT_INFO_ID), c.id);
     ExpectText(info(PORT_INFO_VENDOR), "Vextrel");
     ExpectText(info(PORT_INFO_MODEL), "Simulated Camera");
@@ -225,3 +220,4 @@ TEST_F(OpenCameraTest, PortInfo) {
 }
 
 }  // namespace
+}  // namespace vextrel_test

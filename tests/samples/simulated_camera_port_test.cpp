@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 // Ports: registers, stacked access, URLs and the descriptions in XML.
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
 constexpr uint64_t kModelName = 0x20;
@@ -144,11 +146,7 @@ TEST_F(OpenCameraTest, StackedWritesStopAtTheFirstFailure) {
 }
 
 TEST_F(OpenCameraTest, UrlInfo) {
-  const auto info = [this](URL_INFO_CMD command) -> Query {
-    return [this, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-      return gentl.GCGetPortURLInfo(hPort, 0, command, type, buffer, size);
-    };
-  };
+  const auto info = Asking(gentl.GCGetPortURLInfo, hPort, 0U);
   const std::pair<URL_INFO_CMD, int32_t> versions[] = {{URL_INFO_SCHEMA_VER_MAJOR, 1},
                                                        {URL_INFO_SCHEMA_VER_MINOR, 1},
                                                        {URL_INFO_FILE_VER_MAJOR, 1},
@@ -162,6 +160,13 @@ TEST_F(OpenCameraTest, UrlInfo) {
   ASSERT_EQ(GC_ERR_SUCCESS, gentl.GCGetPortURL(hPort, url, &size));
   EXPECT_EQ(std::strlen(url) + 1, size);
   ExpectText(info(URL_INFO_URL), url);
+  ExpectRefusal(info(URL_INFO_FILE_SHA1_HASH), GC_ERR_NOT_AVAILABLE);
+  ExpectNumber<uint64_t>(info(URL_INFO_FILE_REGISTER_ADDRESS), INFO_DATATYPE_UINT64, 0x10000);
+  const std::string text(url);
+  ExpectNumber<uint64_t>(info(URL_INFO_FILE_SIZE), INFO_DATATYPE_UINT64,
+                         std::stoull(text.substr(text.rfind(';') + 1), nullptr, 16));
+  ExpectNumber<int32_t>(info(URL_INFO_SCHEME), INFO_DATATYPE_INT32, 0);
+  ExpectText(info(URL_INFO_FILENAME), "SimulatedCamera.xml");
   ExpectRefusal(info(URL_INFO_CUSTOM_ID), GC_ERR_NOT_IMPLEMENTED);
   EXPECT_EQ(GC_ERR_INVALID_PARAMETER,
             gentl.GCGetPortURLInfo(hPort, 1, URL_INFO_URL, nullptr, nullptr, &size));
@@ -262,13 +267,10 @@ TEST_F(DescriptionTest, OfTheOtherModules) {
     char id[64];
     size_t size = sizeof(id);
     EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCReadPort(handle, 0, id, &size));
-    ExpectText(
-        [this, port = handle](INFO_DATATYPE* type, void* buffer, size_t* needed) {
-          return gentl.GCGetPortInfo(port, PORT_INFO_ID, type, buffer, needed);
-        },
-        id);
+    ExpectText(Asking(gentl.GCGetPortInfo, handle)(PORT_INFO_ID), id);
     EXPECT_EQ(GC_ERR_ACCESS_DENIED, gentl.GCWritePort(handle, 0, id, &size));
   }
 }
 
 }  // namespace
+}  // namespace vextrel_test

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 // Buffers, their queues and the acquisition.
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
 TEST_F(OpenCameraTest, AnnouncesAndRevokesBuffers) {
@@ -167,17 +169,13 @@ TEST_F(StreamingCameraTest, MarksFramesThatDoNotFit) {
   EXPECT_EQ(hBuffer, TakeBuffer(hEvent));
   EXPECT_EQ(0xEE, memory[999]);
   EXPECT_EQ(1, NumberOf<bool8_t>(BufferInfo(hBuffer, BUFFER_INFO_IS_INCOMPLETE)));
+  EXPECT_EQ(1, NumberOf<bool8_t>(BufferInfo(hBuffer, BUFFER_INFO_DATA_LARGER_THAN_BUFFER)));
   EXPECT_EQ(999u, NumberOf<size_t>(BufferInfo(hBuffer, BUFFER_INFO_SIZE_FILLED)));
   EXPECT_EQ(1u, NumberOf<size_t>(BufferInfo(hBuffer, BUFFER_INFO_DELIVERED_IMAGEHEIGHT)));
 
   for (const EVENT_HANDLE handle : {hError, hDeviceError}) {
     const std::string data = Take(handle);
-    const auto info = [&](EVENT_DATA_INFO_CMD command) -> Query {
-      return [this, handle, &data, command](INFO_DATATYPE* type, void* buffer, size_t* size) {
-        return gentl.EventGetDataInfo(handle, data.data(), data.size(), command, type, buffer,
-                                      size);
-      };
-    };
+    const auto info = Asking(gentl.EventGetDataInfo, handle, data.data(), data.size());
     ExpectNumber<int32_t>(info(EVENT_DATA_ID), INFO_DATATYPE_INT32, GC_ERR_INVALID_BUFFER);
     ExpectText(info(EVENT_DATA_VALUE), "the buffer is smaller than the frame");
   }
@@ -257,8 +255,8 @@ TEST(SimulatedCameraSettings, SizeAndRate) {
     const EnvironmentSetting width("VEXTREL_CAMERA_WIDTH", c.width);
     const EnvironmentSetting height("VEXTREL_CAMERA_HEIGHT", c.height);
     const EnvironmentSetting rate("VEXTREL_CAMERA_RATE", c.rate);
-    const Producer gentl(SIMULATED_CAMERA_PATH);
-    ASSERT_TRUE(gentl.module.Loaded());
+    const Producer gentl(CameraPath());
+    ASSERT_TRUE(gentl.module.IsLoaded());
     TL_HANDLE hTL = nullptr;
     IF_HANDLE hIface = nullptr;
     DEV_HANDLE hDevice = nullptr;
@@ -284,3 +282,4 @@ TEST(SimulatedCameraSettings, SizeAndRate) {
 }
 
 }  // namespace
+}  // namespace vextrel_test

@@ -1,20 +1,22 @@
+// SPDX-License-Identifier: MIT
 // The library, the tree of modules, the settings and the last error.
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
 TEST(SimulatedCamera, HasAllFunctions) {
-  const Producer gentl(SIMULATED_CAMERA_PATH);
-  ASSERT_TRUE(gentl.module.Loaded());
+  const Producer gentl(CameraPath());
+  ASSERT_TRUE(gentl.module.IsLoaded());
   EXPECT_NE(nullptr, gentl.GCGetInfo);
   EXPECT_NE(nullptr, gentl.GCReadPortStacked);
   EXPECT_NE(nullptr, gentl.EventKill);
-  EXPECT_EQ(nullptr, gentl.module.Symbol("GCNoSuchFunction"));
+  EXPECT_EQ(nullptr, gentl.module.FindAddress("GCNoSuchFunction"));
 }
 
 TEST(SimulatedCamera, RefusesCallsUnlessInitialised) {
-  const Producer gentl(SIMULATED_CAMERA_PATH);
-  ASSERT_TRUE(gentl.module.Loaded());
+  const Producer gentl(CameraPath());
+  ASSERT_TRUE(gentl.module.IsLoaded());
   TL_HANDLE hTL = nullptr;
   size_t size = 0;
   EXPECT_EQ(GC_ERR_NOT_INITIALIZED, gentl.TLOpen(&hTL));
@@ -72,7 +74,7 @@ TEST_F(CameraTest, ListsInterfacesAfterAnUpdate) {
         INFO_DATATYPE_STRING, std::string("SimIface") + (i == 0 ? '0' : '1') + '\0');
   }
   size_t size = 0;
-  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, gentl.TLGetInterfaceID(hTL, 2, nullptr, &size));
+  EXPECT_EQ(kBadIndex, gentl.TLGetInterfaceID(hTL, 2, nullptr, &size));
 }
 
 TEST_F(CameraTest, OpensInterfacesOnce) {
@@ -108,7 +110,7 @@ std::vector<std::string> DeviceIds(const Producer& gentl, IF_HANDLE hIface) {
     EXPECT_EQ(ids.back().size() + 1, size);
   }
   size_t size = 0;
-  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, gentl.IFGetDeviceID(hIface, count, nullptr, &size));
+  EXPECT_EQ(kBadIndex, gentl.IFGetDeviceID(hIface, count, nullptr, &size));
   return ids;
 }
 
@@ -172,7 +174,7 @@ TEST_F(OpenCameraTest, HasOneDataStream) {
   EXPECT_EQ(GC_ERR_INVALID_PARAMETER, gentl.DevGetNumDataStreams(hDevice, nullptr));
   EXPECT_EQ(GC_ERR_SUCCESS, gentl.DevGetDataStreamID(hDevice, 0, id, &size));
   EXPECT_STREQ("SimCam1-Stream0", id);
-  EXPECT_EQ(GC_ERR_INVALID_PARAMETER, gentl.DevGetDataStreamID(hDevice, 1, id, &size));
+  EXPECT_EQ(kBadIndex, gentl.DevGetDataStreamID(hDevice, 1, id, &size));
   EXPECT_EQ(GC_ERR_RESOURCE_IN_USE, gentl.DevOpenDataStream(hDevice, id, &hOther));
   EXPECT_EQ(GC_ERR_INVALID_ID, gentl.DevOpenDataStream(hDevice, "Stream", &hOther));
   EXPECT_EQ(GC_ERR_INVALID_PARAMETER, gentl.DevGetPort(hDevice, nullptr));
@@ -201,8 +203,8 @@ TEST(SimulatedCameraSettings, NumberOfDevices) {
       {"2x", {"SimCam0", "SimCam2"}, {"SimCam1"}},
       {"nan", {"SimCam0", "SimCam2"}, {"SimCam1"}},
   };
-  const Producer gentl(SIMULATED_CAMERA_PATH);
-  ASSERT_TRUE(gentl.module.Loaded());
+  const Producer gentl(CameraPath());
+  ASSERT_TRUE(gentl.module.IsLoaded());
   for (const SettingsCase& c : cases) {
     SCOPED_TRACE(c.devices);
     const EnvironmentSetting setting("VEXTREL_CAMERA_DEVICES", c.devices);
@@ -230,7 +232,7 @@ class LastErrorTest : public CameraTest {
     EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCGetLastError(&code, nullptr, &size));
     text.assign(size, '?');
     size_t tooSmall = size - 1;
-    EXPECT_EQ(GC_ERR_INVALID_BUFFER, gentl.GCGetLastError(&code, text.data(), &tooSmall));
+    EXPECT_EQ(kBufferTooSmall, gentl.GCGetLastError(&code, text.data(), &tooSmall));
     EXPECT_EQ(size, tooSmall);
     EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCGetLastError(&code, text.data(), &size));
     EXPECT_EQ(text.size(), size);
@@ -272,3 +274,4 @@ TEST_F(LastErrorTest, IsKeptPerThread) {
 }
 
 }  // namespace
+}  // namespace vextrel_test

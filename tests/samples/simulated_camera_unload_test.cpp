@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 // Unloading the module, with and without GCCloseLib.
 #include <atomic>
 #include <memory>
 
 #include "camera_fixture.h"
 
+namespace vextrel_test {
 namespace {
 
 DS_HANDLE OpenStream(const Producer& gentl) {
@@ -31,25 +33,25 @@ TEST(SimulatedCameraUnload, LeavesMemoryAfterClosing) {
   const EnvironmentSetting rate("VEXTREL_CAMERA_RATE", "1000");
   for (int round = 0; round < 5; ++round) {
     {
-      const Producer gentl(SIMULATED_CAMERA_PATH);
-      ASSERT_TRUE(gentl.module.Loaded());
+      const Producer gentl(CameraPath());
+      ASSERT_TRUE(gentl.module.IsLoaded());
       StartFrames(gentl, OpenStream(gentl));
-      EXPECT_TRUE(IsInMemory(SIMULATED_CAMERA_PATH));
+      EXPECT_TRUE(IsModuleLoaded(CameraPath()));
       EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCCloseLib());
     }
-    EXPECT_FALSE(IsInMemory(SIMULATED_CAMERA_PATH));
+    EXPECT_FALSE(IsModuleLoaded(CameraPath()));
   }
 }
 
 TEST(SimulatedCameraUnload, StandsUnloadingWithoutClosing) {
   {
-    const Producer gentl(SIMULATED_CAMERA_PATH);
-    ASSERT_TRUE(gentl.module.Loaded());
+    const Producer gentl(CameraPath());
+    ASSERT_TRUE(gentl.module.IsLoaded());
     OpenStream(gentl);
   }
-  EXPECT_FALSE(IsInMemory(SIMULATED_CAMERA_PATH));
-  const Producer gentl(SIMULATED_CAMERA_PATH);
-  ASSERT_TRUE(gentl.module.Loaded());
+  EXPECT_FALSE(IsModuleLoaded(CameraPath()));
+  const Producer gentl(CameraPath());
+  ASSERT_TRUE(gentl.module.IsLoaded());
   EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCInitLib()) << "it starts afresh";
   EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCCloseLib());
 }
@@ -57,25 +59,25 @@ TEST(SimulatedCameraUnload, StandsUnloadingWithoutClosing) {
 TEST(SimulatedCameraUnload, StandsUnloadingWhileFramesFlow) {
   const EnvironmentSetting rate("VEXTREL_CAMERA_RATE", "1000");
   {
-    const Producer gentl(SIMULATED_CAMERA_PATH);
-    ASSERT_TRUE(gentl.module.Loaded());
+    const Producer gentl(CameraPath());
+    ASSERT_TRUE(gentl.module.IsLoaded());
     StartFrames(gentl, OpenStream(gentl));
   }
-  EXPECT_TRUE(IsInMemory(SIMULATED_CAMERA_PATH)) << "a thread runs in it";
+  EXPECT_TRUE(IsModuleLoaded(CameraPath())) << "a thread runs in it";
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   {
-    const Producer gentl(SIMULATED_CAMERA_PATH);
-    ASSERT_TRUE(gentl.module.Loaded());
+    const Producer gentl(CameraPath());
+    ASSERT_TRUE(gentl.module.IsLoaded());
     EXPECT_EQ(GC_ERR_RESOURCE_IN_USE, gentl.GCInitLib()) << "it was never closed";
     EXPECT_EQ(GC_ERR_SUCCESS, gentl.GCCloseLib());
   }
-  EXPECT_FALSE(IsInMemory(SIMULATED_CAMERA_PATH));
+  EXPECT_FALSE(IsModuleLoaded(CameraPath()));
 }
 
 // The thread that made a call may well live longer than the module.
 TEST(SimulatedCameraUnload, StandsThreadsThatLiveLonger) {
-  auto gentl = std::make_unique<Producer>(SIMULATED_CAMERA_PATH);
-  ASSERT_TRUE(gentl->module.Loaded());
+  auto gentl = std::make_unique<Producer>(CameraPath());
+  ASSERT_TRUE(gentl->module.IsLoaded());
   std::atomic<bool> called = false;
   std::atomic<bool> unloaded = false;
   std::thread thread([&] {
@@ -85,9 +87,10 @@ TEST(SimulatedCameraUnload, StandsThreadsThatLiveLonger) {
   });
   EXPECT_TRUE(Eventually([&] { return called.load(); }));
   gentl.reset();
-  EXPECT_FALSE(IsInMemory(SIMULATED_CAMERA_PATH));
+  EXPECT_FALSE(IsModuleLoaded(CameraPath()));
   unloaded = true;
   thread.join();
 }
 
 }  // namespace
+}  // namespace vextrel_test

@@ -1,10 +1,12 @@
-// A producer that has no more than it must: no information about anything, no texts for its
-// errors, no event but the filled buffer. Its first device always refuses to open. Its registers
-// are big-endian, and the size of a frame stands in the camera only.
+// SPDX-License-Identifier: MIT
+// A producer without anything optional: no info, no error texts, no event but the new buffer. Its
+// first device always refuses to open, its registers are big-endian, and only the camera knows the
+// size of a frame.
 //
-// The environment variable SPARSE_PRODUCER_FAULT makes it misbehave: GCInitLib fails ("init") or
-// throws ("throw"), TLOpen gives no handle ("handle"), all devices refuse ("busy"), the description
-// lies outside of the device ("url").
+// The environment variable SPARSE_PRODUCER_FAULT selects a fault: GCInitLib fails ("init") or
+// throws
+// ("throw"), TLOpen gives no handle ("handle"), all devices refuse to open ("busy"), the
+// description is not in the device ("url").
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -34,7 +36,7 @@ constexpr std::size_t kFrameSize = 6;
 std::array<std::uint8_t, 8> registers = {0, 3, 0, 2, 0, 0, 0, kFrameSize};  // 3 x 2 pixels
 std::deque<BUFFER_HANDLE> queue;
 
-// Any address will do as a handle; a buffer's is that of its memory.
+// Any address serves as a handle; a buffer's is that of its memory.
 char library;
 
 [[nodiscard]] void* AHandle() {
@@ -155,7 +157,7 @@ GC_ERROR GC_CALLTYPE GCReadPort(PORT_HANDLE, uint64_t iAddress, void* pBuffer, s
   std::memcpy(pBuffer, registers.data() + (iAddress - kRegistersAddress), *piSize);
   return GC_ERR_SUCCESS;
 }
-// Only the value that is there already may be written.
+// Accepts only the value that is there already.
 GC_ERROR GC_CALLTYPE GCWritePort(PORT_HANDLE, uint64_t iAddress, const void* pBuffer,
                                  size_t* piSize) {
   if (iAddress < kRegistersAddress || iAddress - kRegistersAddress + *piSize > registers.size()) {

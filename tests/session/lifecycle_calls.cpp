@@ -1,73 +1,31 @@
+// SPDX-License-Identifier: MIT
 // GCInitLib and GCCloseLib: binding to targets, also to none, twice and in the wrong order.
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
+#include "model/messages.h"
 #include "session/calls.h"
 #include "support/proxy.h"
 
 namespace vextrel_test::session {
 namespace {
 
-struct LookUp {
-  const char* function;
-  const char* message;
-};
-
-// In the order in which the entry points are looked up.
-constexpr LookUp kLookUps[] = {
-    {"GCGetInfo", "GCGetInfo not exported"},
-    {"GCGetLastError", "GCGetLastError not exported"},
-    {"GCInitLib", "GCInitLib not exported"},
-    {"GCCloseLib", "GCCloseLib not exported"},
-    {"TLOpen", "TLOpen not exported"},
-    {"TLClose", "TLClose not exported"},
-    {"TLGetInfo", "TLGetInfo not exported"},
-    {"TLGetNumInterfaces", "TLGetNumInterfaces not exported"},
-    {"TLGetInterfaceID", "TLGetInterfaceID not exported"},
-    {"TLGetInterfaceInfo", "TLGetInterfaceInfo not exported"},
-    {"TLOpenInterface", "TLOpenInterface not exported"},
-    {"TLUpdateInterfaceList", "TLUpdateInterfaceList not exported"},
-    {"IFClose", "IFClose not exported"},
-    {"IFGetInfo", "IFGetInfo not exported"},
-    {"IFGetNumDevices", "IFGetNumDevices not exported"},
-    {"IFGetDeviceID", "IFGetDeviceID not exported"},
-    {"IFUpdateDeviceList", "IFUpdateDeviceList not exported"},
-    {"IFGetDeviceInfo", "IFGetDeviceInfo not exported"},
-    {"IFOpenDevice", "IFOpenDevice not exported"},
-    {"DevClose", "DevClose not exported"},
-    {"DevGetInfo", "DevGetInfo not exported"},
-    {"DevGetPort", "DevGetPort not exported"},
-    {"DevGetNumDataStreams", "DevGetNumDataStreams not exported"},
-    {"DevGetDataStreamID", "DevGetDataStreamID not exported"},
-    {"DevOpenDataStream", "DevOpenDataStream not exported"},
-    {"DSAnnounceBuffer", "DSAnnounceBuffer not exported"},
-    {"DSAllocAndAnnounceBuffer", "DSAllocAndAnnounceBuffer not exported"},
-    {"DSFlushQueue", "DSFlushQueue not exported"},
-    {"DSStartAcquisition", "DSStartAcquisition not exported"},
-    {"DSStopAcquisition", "DSStopAcquisition not exported"},
-    {"DSGetInfo", "DSGetInfo not exported"},
-    {"DSGetBufferID", "DSGetBufferID not exported"},
-    {"DSClose", "DSClose not exported"},
-    {"DSRevokeBuffer", "DSRevokeBuffer not exported"},
-    {"DSQueueBuffer", "DSQueueBuffer not exported"},
-    {"DSGetBufferInfo", "DSGetBufferInfo not exported"},
-    {"GCReadPort", "GCReadPort not exported"},
-    {"GCWritePort", "GCWritePort not exported"},
-    {"GCGetPortURL", "GCGetPortURL not exported"},
-    {"GCGetNumPortURLs", "GCGetNumPortURLs not exported"},
-    {"GCGetPortInfo", "GCGetPortInfo not exported"},
-    {"GCGetPortURLInfo", "GCGetPortURLInfo not exported"},
-    {"GCReadPortStacked", "GCReadPortStacked not exported"},
-    {"GCWritePortStacked", "GCWritePortStacked not exported"},
-    {"GCRegisterEvent", "GCRegisterEvent not exported"},
-    {"GCUnregisterEvent", "GCUnregisterEvent not exported"},
-    {"EventGetData", "GEventGetData not exported"},
-    {"EventGetDataInfo", "EventGetDataInfo not exported"},
-    {"EventGetInfo", "EventGetInfo not exported"},
-    {"EventFlush", "EventFlush not exported"},
-    {"EventKill", "EventKill not exported"}};
-static_assert(std::size(kLookUps) == kFunctionCount);
+// The order in which the entry points are looked up: that of the interface, but for two of a
+// device.
+std::vector<std::string> LookUpOrder() {
+  std::vector<std::string> names;
+  ForEachFunction([&](const std::string& name, auto) {
+    if (name == "DevGetPort") {
+      names.insert(names.end(), {"DevClose", "DevGetInfo"});
+    }
+    if (name != "DevClose" && name != "DevGetInfo") {
+      names.push_back(name);
+    }
+  });
+  return names;
+}
 
 // ERROR_MOD_NOT_FOUND, on every platform.
 constexpr std::int64_t kModuleNotFound = 126;
@@ -76,7 +34,7 @@ constexpr const char* kReferencedVariable = "VEXTREL_SESSION_TARGET";
 
 void InitWithoutVariable(Session& session) {
   SetVariable(kProducerVariable, nullptr);
-  session.log.Error(kNoProducerVariable);
+  session.log.Error(model::kNoProducerVariable);
   session.CallThrough(nullptr, GC_ERR_SUCCESS, &GenTLFunctions::GCInitLib);
 }
 
@@ -84,8 +42,8 @@ void InitWithoutFile(Session& session) {
   const std::string path = (ScriptedTargetPath().parent_path() / "no_such_target.cti").string();
   SetVariable(kProducerVariable, path.c_str());
   session.isTargetLoaded = false;
-  session.log.Info(kLoading, {Value::Text(path)});
-  session.log.Error(kLoadFailed, {Value::Signed(kModuleNotFound), Value::Text(path)});
+  session.log.Info(model::kLoading, {path});
+  session.log.Error(model::kLoadFailed, {kModuleNotFound, path});
   session.CallThrough(nullptr, GC_ERR_SUCCESS, &GenTLFunctions::GCInitLib);
 }
 
@@ -103,24 +61,31 @@ void InitWithUnknownReference(Session& session) {
 
 void InitWith(Session& session, TargetFile& target, const std::string& variable) {
   SetVariable(kProducerVariable, variable.c_str());
-  session.log.Info(kLoading, {Value::Text(target.path.string())});
+  session.log.Info(model::kLoading, {target.path.string()});
   session.isTargetLoaded = true;
-  session.log.Info(kFileVersion, {Value::Text("0.0.0.0")});
+  session.log.Info(model::kFileVersion, {"0.0.0.0"});
   session.tables = &target;
-  for (const LookUp& lookUp : kLookUps) {
-    if (!target.Has(lookUp.function)) {
-      session.log.Error(lookUp.message);
+  std::string missingNewer;
+  for (const std::string& function : LookUpOrder()) {
+    if (target.Has(function)) {
+      continue;
+    }
+    if (IsNewer(function)) {
+      missingNewer += (missingNewer.empty() ? "" : ", ") + function;
+    } else {
+      session.log.Error(NotExported(function).c_str());
     }
   }
+  if (!missingNewer.empty()) {
+    session.log.Info(kNewerNotExported, {missingNewer});
+  }
   if (session.isInitialized) {
-    session.log.Error(kInitializedTwice);
+    session.log.Error(model::kInitializedTwice);
   }
   const GC_ERROR result = session.Call(&GenTLFunctions::GCInitLib);
-  session.log.Info("%s=GCInitLib(void)", {Result(result)});
+  session.log.Info("%s=GCInitLib(void)", {model::kGcErrors.NameOf(result)});
   session.isInitialized = true;
 }
-
-}  // namespace
 
 void CallGCInitLib(Session& session) {
   const std::uint64_t choice = session.random.Below(100);
@@ -134,7 +99,8 @@ void CallGCInitLib(Session& session) {
     TargetFile& target = session.targets.Empty();
     InitWith(session, target, target.path.string());
   } else if (choice < 50) {
-    const char* missing = kLookUps[session.random.Below(kFunctionCount)].function;
+    const std::vector<std::string> functions = LookUpOrder();
+    const std::string& missing = functions[session.random.Below(functions.size())];
     TargetFile& target = session.targets.Without(missing);
     InitWith(session, target, target.path.string());
   } else if (choice < 60) {
@@ -150,12 +116,12 @@ void CallGCInitLib(Session& session) {
 
 void CallGCCloseLib(Session& session) {
   if (!session.isInitialized) {
-    session.log.Error(kNotInitialized);
+    session.log.Error(model::kNotInitialized);
   }
   const GC_ERROR result = session.Call(&GenTLFunctions::GCCloseLib);
-  session.log.Info("%s=GCCloseLib(void)", {Result(result)});
+  session.log.Info("%s=GCCloseLib(void)", {model::kGcErrors.NameOf(result)});
   if (session.registry.IsOpen()) {
-    session.log.Error(kTransportLayerLeftOpen);
+    session.log.Error(model::kTransportLayerLeftOpen);
     session.registry.Close();
   }
   session.isInitialized = false;
@@ -163,6 +129,18 @@ void CallGCCloseLib(Session& session) {
     session.tables = nullptr;
     session.isTargetLoaded = false;
   }
+}
+
+}  // namespace
+
+const char* const kNewerNotExported = "Newer functions not exported: %s";
+
+std::string NotExported(const std::string& function) {
+  return (function == "EventGetData" ? "GEventGetData" : function) + " not exported";
+}
+
+std::vector<RandomCall> LifecycleCalls() {
+  return {{"GCInitLib", &CallGCInitLib, 8}, {"GCCloseLib", &CallGCCloseLib, 1}};
 }
 
 }  // namespace vextrel_test::session

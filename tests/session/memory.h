@@ -1,4 +1,5 @@
-// The memory behind the arguments of one call.
+// SPDX-License-Identifier: MIT
+// The memory that the arguments of one call point to.
 #ifndef VEXTREL_TESTS_SESSION_MEMORY_H
 #define VEXTREL_TESTS_SESSION_MEMORY_H
 
@@ -10,13 +11,13 @@
 
 namespace vextrel_test::session {
 
-// Each block is an allocation of its own and ends where its bytes end, so that a sanitizer sees who
-// reads beyond it.
+// Each block is an allocation of its own that ends with its last byte, so that a sanitizer catches
+// overreads.
 class Memory {
  public:
-  // A block that holds `bytes`, `misalignment` bytes behind an aligned address.
+  // Returns a block that holds `bytes`, starting `misalignment` bytes past an aligned address.
   unsigned char* Add(std::string_view bytes, std::size_t misalignment = 0);
-  // What a target writes when it is called; `to` is inside a block.
+  // Has the target write `bytes` when it is called. REQUIRES: `to` is inside a block.
   void WriteLater(void* to, std::string bytes);
 
   void WriteNow();

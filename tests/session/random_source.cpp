@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "session/random_source.h"
 
 #include <cstring>

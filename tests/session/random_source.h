@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dice of a session: the same seed gives the same numbers on every platform.
 #ifndef VEXTREL_TESTS_SESSION_RANDOM_SOURCE_H
 #define VEXTREL_TESTS_SESSION_RANDOM_SOURCE_H
@@ -26,7 +27,7 @@ class RandomSource {
 
   // Any 64-bit number, small ones and the limits of 32 bits more often than others.
   [[nodiscard]] std::uint64_t Number();
-  // A command or flag: one of 0 to last mostly, or a neighbour of the run, a custom one, or any.
+  // A command or flag: one of 0 to last mostly, or next to them, a custom one, or any.
   [[nodiscard]] std::int32_t Command(std::int32_t last);
   // A text without NUL characters, full of what a formatter might trip over.
   [[nodiscard]] std::string Text();

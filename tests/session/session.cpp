@@ -1,12 +1,7 @@
+// SPDX-License-Identifier: MIT
 #include "session/session.h"
 
-#include "session/reference_rendering.h"
-
 namespace vextrel_test::session {
-
-Value InfoOutputs::Rendered() const {
-  return Value::Text(RenderInfo(*piType, pBuffer));
-}
 
 Played& CurrentCall() {
   static Played call;
@@ -46,18 +41,6 @@ const char* Session::InText() {
 
 char* Session::OutText() {
   return static_cast<char*>(InfoBuffer());
-}
-
-InfoOutputs Session::Info(std::size_t zerosBehind) {
-  InfoOutputs info{};
-  info.piType = Output(
-      [this]() -> INFO_DATATYPE {
-        return random.OneIn(20) ? 1000 : static_cast<INFO_DATATYPE>(random.Below(17)) - 1;
-      },
-      zerosBehind);
-  info.pBuffer = InfoBuffer();
-  info.piSize = SizeOutput(zerosBehind);
-  return info;
 }
 
 void* Session::InfoBuffer() {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A consumer that calls the proxy at random, and knows what the log must say about it.
 //
 // A call takes its arguments from the session, makes the call through Call, and expects its lines
@@ -16,30 +17,22 @@
 #include <tuple>
 #include <type_traits>
 
-#include "session/expected_log.h"
+#include "model/log.h"
+#include "model/registry.h"
+#include "model/value_names.h"
 #include "session/memory.h"
 #include "session/random_source.h"
-#include "session/reference_names.h"
-#include "session/reference_registry.h"
 #include "session/target_files.h"
 #include "support/gentl_functions.h"
 
 namespace vextrel_test::session {
 
+using model::Value;
+
 enum class HandleKind { TransportLayer, Interface, Device, DataStream, Buffer, Event, Port };
 inline constexpr std::uint64_t kHandleKinds = 7;
 
-// The three outputs of an info query.
-struct InfoOutputs {
-  INFO_DATATYPE* piType;
-  void* pBuffer;
-  std::size_t* piSize;
-
-  [[nodiscard]] Value Type() const { return Value::Text(NameOfInfoDatatype(*piType)); }
-  [[nodiscard]] Value Rendered() const;
-};
-
-// What is left of a call while the target plays it.
+// The call in progress, as the target sees it.
 struct Played {
   GC_ERROR result = 0;
   Memory* memory = nullptr;
@@ -47,7 +40,7 @@ struct Played {
   std::string snapshot;
 };
 
-// The call that is being made: a target's functions get at nothing else.
+// The only state that the target's functions can reach.
 Played& CurrentCall();
 
 template <typename... Arguments>
@@ -62,7 +55,7 @@ GC_ERROR GC_CALLTYPE Play(Arguments... arguments) {
 class Session {
  public:
   Session(std::uint64_t seed, const GenTLFunctions& proxyFunctions)
-      : random(seed), registry(log), proxy(proxyFunctions) {}
+      : random(seed), proxy(proxyFunctions) {}
 
   // --- Arguments --------------------------------------------------------------------------------
 
@@ -73,20 +66,18 @@ class Session {
   // Null now and then.
   [[nodiscard]] const char* InText();
   [[nodiscard]] char* OutText();
-  // Of any type; `zerosBehind` puts zero bytes behind type and size, for a line that shows their
-  // memory as text.
-  [[nodiscard]] InfoOutputs Info(std::size_t zerosBehind = 0);
   // Null now and then; a zero byte ends the block.
   [[nodiscard]] void* InfoBuffer();
 
-  // An output that holds one random value, and may get another from the target.
+  // An output that holds one random value, and may get another from the target; zero bytes after
+  // it end it as a text.
   template <typename Make>
-  [[nodiscard]] auto* Output(Make make, std::size_t zerosBehind = 0) {
+  [[nodiscard]] auto* Output(Make make, std::size_t zerosAfter = 0) {
     using T = decltype(make());
     const T before = make();
     const T after = make();
     std::string bytes(reinterpret_cast<const char*>(&before), sizeof before);
-    bytes.append(zerosBehind, '\0');
+    bytes.append(zerosAfter, '\0');
     unsigned char* slot = memory.Add(bytes);
     if (!random.OneIn(5)) {
       memory.WriteLater(slot, {reinterpret_cast<const char*>(&after), sizeof after});
@@ -97,11 +88,8 @@ class Session {
     return Output([this, kind] { return Handle(kind); });
   }
   // Any number: for a size that nobody may take as one.
-  [[nodiscard]] std::size_t* SizeOutput(std::size_t zerosBehind = 0) {
-    return Output([this] { return std::size_t{random.Number()}; }, zerosBehind);
-  }
-  [[nodiscard]] std::uint32_t* CountOutput() {
-    return Output([this] { return static_cast<std::uint32_t>(random.Number()); });
+  [[nodiscard]] std::size_t* SizeOutput(std::size_t zerosAfter = 0) {
+    return Output([this] { return std::size_t{random.Number()}; }, zerosAfter);
   }
 
   // --- The call ---------------------------------------------------------------------------------
@@ -147,10 +135,23 @@ class Session {
     return result;
   }
 
+  template <typename Slot>
+  [[nodiscard]] static std::string_view NameOf(Slot slot) {
+    std::string_view found;
+    ForEachFunction([&](const char* name, auto other) {
+      if constexpr (std::is_same_v<decltype(other), Slot>) {
+        if (other == slot) {
+          found = name;
+        }
+      }
+    });
+    return found;
+  }
+
   RandomSource random;
   Memory memory;
-  ExpectedLog log;
-  ReferenceRegistry registry;
+  model::Log log;
+  model::Registry registry{log};
   const GenTLFunctions& proxy;
 
   // The binding: what the proxy's tables lead to, whether it holds the loader's reference for it,
@@ -167,25 +168,7 @@ class Session {
   static constexpr GC_ERROR kPlayedByNobody = -77777;
 
   [[nodiscard]] GC_ERROR RandomResult();
-
-  template <typename Slot>
-  [[nodiscard]] static std::string_view NameOf(Slot slot) {
-    std::string_view found;
-    ForEachFunction([&](const char* name, auto other) {
-      if constexpr (std::is_same_v<decltype(other), Slot>) {
-        if (other == slot) {
-          found = name;
-        }
-      }
-    });
-    return found;
-  }
 };
-
-// The result as every line begins with it.
-[[nodiscard]] inline Value Result(GC_ERROR result) {
-  return Value::Text(NameOfGcError(result));
-}
 
 }  // namespace vextrel_test::session
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "session/target_files.h"
 
 #include "support/proxy.h"

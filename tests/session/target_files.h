@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scripted targets that a session binds the proxy to.
 #ifndef VEXTREL_TESTS_SESSION_TARGET_FILES_H
 #define VEXTREL_TESTS_SESSION_TARGET_FILES_H

@@ -1,6 +1,7 @@
-// For the address sanitizer alone: a leak is told by the functions that allocated, and their names
-// are gone with an unloaded module. So the search for leaks, one for each process, is made before
-// the proxy is unloaded, not at the end.
+// SPDX-License-Identifier: MIT
+// The address sanitizer identifies a leak by the functions that allocated it, whose names are lost
+// once their module is unloaded. So this looks for leaks once per process, before the proxy is
+// unloaded instead of at exit.
 #include <dlfcn.h>
 #include <link.h>
 #include <sanitizer/lsan_interface.h>
@@ -11,18 +12,21 @@ namespace {
 
 bool IsProxy(void* module) {
   link_map* map = nullptr;
-  return ::dlinfo(module, RTLD_DI_LINKMAP, static_cast<void*>(&map)) == 0 &&
-         std::string_view(map->l_name).ends_with("/vextrel.cti");
+  if (::dlinfo(module, RTLD_DI_LINKMAP, static_cast<void*>(&map)) != 0) {
+    return false;
+  }
+  const std::string_view name = map->l_name;
+  return name.ends_with("/vextrel.cti") || name.ends_with("/vextrel_extended.cti");
 }
 
 }  // namespace
 
-// Stands in front of the system's own, also for the modules.
+// Overrides the system's own, for modules too.
 extern "C" [[gnu::visibility("default")]] int dlclose(void* module) {
   using Close = int(void*);
-  static auto* const close = reinterpret_cast<Close*>(::dlsym(RTLD_NEXT, "dlclose"));
+  static auto* const kClose = reinterpret_cast<Close*>(::dlsym(RTLD_NEXT, "dlclose"));
   if (IsProxy(module)) {
     __lsan_do_leak_check();
   }
-  return close(module);
+  return kClose(module);
 }

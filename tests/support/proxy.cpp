@@ -1,35 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "support/proxy.h"
 
-#include <cstdio>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <algorithm>
 
 namespace vextrel_test {
-namespace {
-
-std::filesystem::path TargetsFolder() {
-  return ProgramFolder() / "targets";
-}
-
-}  // namespace
-
-std::filesystem::path BuildFolder() {
-  return ProgramFolder().parent_path();
-}
-std::filesystem::path ProxyPath() {
-  return BuildFolder() / "vextrel.cti";
-}
-std::filesystem::path ScriptedTargetPath() {
-  return TargetsFolder() / "scripted_target.cti";
-}
-std::filesystem::path ScriptedTargetWithout(std::string_view name) {
-  return TargetsFolder() / ("scripted_target_without_" + std::string(name) + ".cti");
-}
-std::filesystem::path EmptyTargetPath() {
-  return TargetsFolder() / "scripted_target_empty.cti";
-}
-
 std::string Hex16(std::uint64_t value) {
   std::string text(16, '0');
   for (auto digit = text.rbegin(); value != 0; ++digit, value /= 16) {
@@ -41,22 +15,9 @@ std::string Hex16(const volatile void* address) {
   return Hex16(std::uint64_t{reinterpret_cast<std::uintptr_t>(address)});
 }
 
-void WriteFile(const std::filesystem::path& path, std::string_view content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> SplitLines(std::string_view text) {
-  std::vector<std::string> lines;
-  std::istringstream stream{std::string(text)};
-  for (std::string line; std::getline(stream, line);) {
-    lines.push_back(line);
-  }
-  return lines;
+std::vector<std::string> StartLines() {
+  return {"INFO Loading GenTL Producer '" + ScriptedTargetPath().string() + "'",
+          "INFO GenTL producer file version: '0.0.0.0'", "INFO GC_ERR_SUCCESS=GCInitLib(void)"};
 }
 
 ProxyFiles::ProxyFiles() {
@@ -81,17 +42,10 @@ ProxyFiles::~ProxyFiles() {
   }
 }
 
-void ProxyFiles::UseLogFile(const std::string& rootCategory) {
-  const std::filesystem::path config = folder_ / "log.properties";
-  WriteFile(config, "rootCategory=" + rootCategory +
-                        "\n"
-                        "appender.file=FileAppender\n"
-                        "appender.file.fileName=" +
-                        LogFile().string() +
-                        "\n"
-                        "appender.file.layout=PatternLayout\n"
-                        "appender.file.layout.ConversionPattern=%p %m%n\n");
-  SetVariable(kLogConfigVariable, config.string().c_str());
+void ProxyFiles::UseLog(const LogConfig& config) const {
+  const std::filesystem::path path = folder_ / "log.properties";
+  WriteFile(path, config.Text());
+  SetVariable(kLogConfigVariable, path.string().c_str());
 }
 
 void ProxyFiles::UseTarget(const std::filesystem::path& path) {
@@ -102,14 +56,19 @@ std::vector<std::string> ProxyFiles::LogLines() const {
   return SplitLines(ReadFile(LogFile()));
 }
 
+std::vector<std::string> ProxyFiles::TakeLines() {
+  std::vector<std::string> lines = LogLines();
+  const std::size_t before = std::min(taken_, lines.size());
+  taken_ = lines.size();
+  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
+  return lines;
+}
+
 void ProxyFiles::LoadProxy() {
   module_ = std::make_unique<Module>(ProxyPath());
   ASSERT_TRUE(module_->IsLoaded()) << ProxyPath();
-  ForEachFunction([this](const char* name, auto slot) {
-    proxy.*slot = reinterpret_cast<std::remove_reference_t<decltype(proxy.*slot)>>(
-        module_->FindAddress(name));
-    ASSERT_NE(proxy.*slot, nullptr) << name;
-  });
+  proxy = FunctionsOf(*module_);
+  ForEachFunction([this](const char* name, auto slot) { ASSERT_NE(proxy.*slot, nullptr) << name; });
 }
 
 void ProxyFiles::UnloadProxy() {
@@ -118,7 +77,7 @@ void ProxyFiles::UnloadProxy() {
 }
 
 BoundProxy::BoundProxy(const std::filesystem::path& target)
-    : BoundProxy(std::make_unique<Module>(target)) {
+    : target_(target), script(target_.Script()) {
   UseTarget(target);
   UseLogFile();
   LoadProxy();
@@ -127,27 +86,12 @@ BoundProxy::BoundProxy(const std::filesystem::path& target)
   script.calls = 0;
 }
 
-BoundProxy::BoundProxy(std::unique_ptr<Module> target)
-    : script(*target->Find<GetTargetScriptFunction>("GetTargetScript")()),
-      target_(std::move(target)) {
-  script.functions = {};
-  script.result = GC_ERR_SUCCESS;
-}
-
 BoundProxy::~BoundProxy() {
   script.functions = {};
   if (proxy.GCCloseLib != nullptr) {
     proxy.GCCloseLib();
   }
   UnloadProxy();
-}
-
-std::vector<std::string> BoundProxy::TakeLines() {
-  const std::vector<std::string> all = LogLines();
-  const std::vector<std::string> taken(all.begin() + static_cast<std::ptrdiff_t>(taken_),
-                                       all.end());
-  taken_ = all.size();
-  return taken;
 }
 
 void BoundProxy::OpenTransportLayer(std::uintptr_t handle) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The proxy as a consumer sees it: the real module, loaded afresh for every test, with a real log
 // file and a scripted target behind it.
 #ifndef VEXTREL_TESTS_SUPPORT_PROXY_H
@@ -13,23 +14,16 @@
 #include <string_view>
 #include <vector>
 
+#include "support/files.h"
 #include "support/gentl_functions.h"
+#include "support/held_target.h"
+#include "support/paths.h"
 #include "support/system.h"
 #include "support/target_script.h"
 
 namespace vextrel_test {
 
-// Where the build has put the products and the targets.
-[[nodiscard]] std::filesystem::path BuildFolder();
-[[nodiscard]] std::filesystem::path ProxyPath();
-// A producer whose every call does what a test tells it, see target_script.h.
-[[nodiscard]] std::filesystem::path ScriptedTargetPath();
-// The same, but without the export of that name.
-[[nodiscard]] std::filesystem::path ScriptedTargetWithout(std::string_view name);
-// A module with none of the 51 exports.
-[[nodiscard]] std::filesystem::path EmptyTargetPath();
-
-// "0x" is not part of what %p shows: sixteen upper-case digits.
+// Sixteen upper-case digits, as %p shows them; "0x" is not part of them.
 [[nodiscard]] std::string Hex16(std::uint64_t value);
 [[nodiscard]] std::string Hex16(const volatile void* address);
 
@@ -42,10 +36,18 @@ namespace vextrel_test {
 inline constexpr const char* kProducerVariable = "GENICAM_GENTL64_VEXTREL_PRODUCER";
 inline constexpr const char* kLogConfigVariable = "GENICAM_GENTL64_VEXTREL_LOG_CONFIG";
 
-void WriteFile(const std::filesystem::path& path, std::string_view content);
-// As text: line ends are "\n" on both platforms.
-[[nodiscard]] std::string ReadFile(const std::filesystem::path& path);
-[[nodiscard]] std::vector<std::string> SplitLines(std::string_view text);
+// Of the extended module: lets the timing of calls through, added to a root category.
+inline constexpr const char* kWithTiming = "\ncategory.Vextrel.Timing=DEBUG";
+
+// A root category that lets every line through but the timing of calls.
+#if defined(VEXTREL_EXTENDED)
+inline constexpr const char* kEverything = "INFO, file";
+#else
+inline constexpr const char* kEverything = "DEBUG, file";
+#endif
+
+// The lines that GCInitLib writes when it binds the scripted target.
+[[nodiscard]] std::vector<std::string> StartLines();
 
 // Every test gets an empty folder of its own and unset variables; nothing is loaded yet.
 class ProxyFiles : public ::testing::Test {
@@ -53,19 +55,24 @@ class ProxyFiles : public ::testing::Test {
   ProxyFiles();
   ~ProxyFiles() override;
 
-  // A configuration that logs everything to LogFile() as "PRIORITY message", and the variable that
-  // names it. `rootCategory` as log4cpp reads it.
-  void UseLogFile(const std::string& rootCategory = "DEBUG, file");
-  void UseTarget(const std::filesystem::path& path);
+  // Writes the configuration and sets the variable that names it.
+  void UseLog(const LogConfig& config) const;
+  // Logs everything to LogFile() as "PRIORITY message". `rootCategory` is what log4cpp reads.
+  void UseLogFile(const std::string& rootCategory = kEverything) const {
+    UseLog({.file = LogFile(), .rootCategory = rootCategory});
+  }
+  static void UseTarget(const std::filesystem::path& path);
 
-  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+  [[nodiscard]] const std::filesystem::path& Folder() const { return folder_; }
   [[nodiscard]] std::filesystem::path LogFile() const { return folder_ / "trace.log"; }
-  // The whole log file as lines; a byte dump that is divided stands on several.
+  // The whole log file as lines; a byte dump of several lines counts as several.
   [[nodiscard]] std::vector<std::string> LogLines() const;
+  // Those written since the last call.
+  [[nodiscard]] std::vector<std::string> TakeLines();
 
-  // Loads the proxy; `proxy` holds its functions from then on.
+  // Loads the proxy and fills `proxy` with its functions.
   void LoadProxy();
-  // Gives the module back to the loader, which unloads it.
+  // Returns the module to the loader, which unloads it.
   void UnloadProxy();
 
   GenTLFunctions proxy;
@@ -73,29 +80,24 @@ class ProxyFiles : public ::testing::Test {
  private:
   std::filesystem::path folder_;
   std::unique_ptr<Module> module_;
+  std::size_t taken_ = 0;
 };
 
-// Loaded, logging to a file, initialised and bound to the scripted target, with the start-up lines
-// taken off; `script` is what the target plays.
+// Loaded, logging to a file, initialized and bound to the scripted target, with the start-up lines
+// taken; `script` is what the target plays.
 class BoundProxy : public ProxyFiles {
+ private:
+  HeldTarget target_;
+
  protected:
+  TargetScript& script;
+
   explicit BoundProxy(const std::filesystem::path& target = ScriptedTargetPath());
   ~BoundProxy() override;
 
-  // The lines written since the last call. One string a line of the log file.
-  [[nodiscard]] std::vector<std::string> TakeLines();
-
-  // Opens a transport layer through the proxy: TLOpen succeeds and yields that handle. The target
-  // plays the script's own TLOpen again afterwards. Its line is taken off.
+  // Opens a transport layer through the proxy: TLOpen succeeds and yields that handle. Takes its
+  // line.
   void OpenTransportLayer(std::uintptr_t handle = 0x1000);
-
-  TargetScript& script;
-
- private:
-  explicit BoundProxy(std::unique_ptr<Module> target);
-
-  std::unique_ptr<Module> target_;
-  std::size_t taken_ = 0;
 };
 
 }  // namespace vextrel_test

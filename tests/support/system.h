@@ -1,4 +1,5 @@
-// What the tests ask of the operating system.
+// SPDX-License-Identifier: MIT
+// What the tests need from the operating system.
 #ifndef VEXTREL_TESTS_SUPPORT_SYSTEM_H
 #define VEXTREL_TESTS_SUPPORT_SYSTEM_H
 
@@ -15,17 +16,17 @@ inline constexpr bool kOnWindows =
     false;
 #endif
 
-// A loaded module, given back to the loader at the object's end.
+// A loaded module; the destructor returns it to the loader.
 class Module {
  public:
-  // A failure leaves the module empty.
+  // On failure IsLoaded() is false.
   explicit Module(const std::filesystem::path& path);
   ~Module();
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
 
   [[nodiscard]] bool IsLoaded() const { return handle_ != nullptr; }
-  [[nodiscard]] void* handle() const { return handle_; }
+  [[nodiscard]] void* Handle() const { return handle_; }
   [[nodiscard]] void* FindAddress(const char* name) const;
   template <typename Function>
   [[nodiscard]] Function* Find(const char* name) const {
@@ -41,6 +42,9 @@ class Module {
 
 // Sets an environment variable of this process as the modules in it see it; null removes it.
 void SetVariable(const char* name, const char* value);
+
+// True if the environment asks for the tests' long forms.
+[[nodiscard]] bool LongTests();
 
 // The folder of the running test program.
 [[nodiscard]] std::filesystem::path ProgramFolder();

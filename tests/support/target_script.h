@@ -1,5 +1,6 @@
-// What a scripted target plays, and what it saw. The test gets at it by loading the target's file
-// once more, which yields the module that the proxy has loaded.
+// SPDX-License-Identifier: MIT
+// What a scripted target plays, and what it saw. A test reaches it by loading the target's file
+// again, which yields the module that the proxy loaded.
 #ifndef VEXTREL_TESTS_SUPPORT_TARGET_SCRIPT_H
 #define VEXTREL_TESTS_SUPPORT_TARGET_SCRIPT_H
 

@@ -1,6 +1,7 @@
-// The races that Vextrel leaves to its consumer, each provoked once. Nothing goes wrong here, since
-// the two calls of a test follow each other in time; but nothing tells the second thread so, which
-// is what a race is to the thread sanitizer. tsan.supp names them.
+// SPDX-License-Identifier: MIT
+// The races that Vextrel leaves to its consumer, each provoked once. The two calls of a test follow
+// each other in time, so nothing goes wrong; but nothing synchronizes their threads, which the
+// thread sanitizer reports as a race. tsan.supp lists them.
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -53,7 +54,7 @@ class DeclaredRaces : public BoundProxy {
     EXPECT_EQ(proxy.GCUnregisterEvent(source, type), 0);
   }
 
-  // Runs each on a thread of its own, one behind the other, without an order that they know of.
+  // Runs each on a thread of its own, one after the other, with nothing to synchronize them.
   template <typename First, typename Second>
   static void Race(First first, Second second) {
     std::atomic<bool> isOver = false;
@@ -71,7 +72,7 @@ class DeclaredRaces : public BoundProxy {
     later.join();
   }
 
-  // That many calls, and no report of misuse: the registry has kept up.
+  // Expects the lines of that many calls and no report of misuse.
   void ExpectCalls(std::size_t count) {
     const std::vector<std::string> lines = TakeLines();
     EXPECT_EQ(lines.size(), count);

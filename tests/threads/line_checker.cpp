@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "threads/line_checker.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a log that many threads wrote, line by line, and says what is wrong with it.
 #ifndef VEXTREL_TESTS_THREADS_LINE_CHECKER_H
 #define VEXTREL_TESTS_THREADS_LINE_CHECKER_H
@@ -10,21 +11,20 @@
 
 namespace vextrel_test {
 
-// Each thread's lines have to come whole, once each and in the thread's order, with any lines of
-// the others in between; nothing else may come.
+// Each thread's lines have to come whole, once each and in the thread's order, interleaved with
+// those of the others in any way. Nothing else may come.
 class LineChecker {
  public:
   // `lineOf` gives the text of a thread's line by its number, `count` is how many each thread has.
   LineChecker(std::size_t threads, std::uint32_t count,
               std::function<std::string(std::size_t thread, std::uint32_t number)> lineOf);
 
-  // A line of the log. False if it is none of those that may come next; the others are not looked
-  // at then.
+  // Takes a line of the log. Returns true iff it is one of those that may come next.
   [[nodiscard]] bool Accept(std::string_view line);
 
-  // True when each thread's lines were there.
+  // Returns true iff all lines of all threads have come.
   [[nodiscard]] bool IsComplete() const;
-  // For a message: what might have come next.
+  // What may come next, for a message.
   [[nodiscard]] std::string Expected() const;
 
  private:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "threads/line_checker.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +37,7 @@ TEST_F(LineCheckerTest, SeesALineThatComesTwice) {
   EXPECT_FALSE(Accept("70", "a0"));
 }
 
-TEST_F(LineCheckerTest, SeesLinesBehindTheEnd) {
+TEST_F(LineCheckerTest, SeesLinesAfterTheEnd) {
   EXPECT_TRUE(Accept("70", "a0"));
   EXPECT_TRUE(Accept("70", "a1"));
   EXPECT_FALSE(Accept("70", "a1"));

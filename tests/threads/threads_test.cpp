@@ -1,5 +1,6 @@
-// Eight threads call at the same time, on streams of their own and on one that they share: every
-// line is in the log, whole and once, and each thread's are in its order.
+// SPDX-License-Identifier: MIT
+// Eight threads call at the same time, each on a stream of its own and on one that all share: every
+// line is in the log, whole and once, and each thread's lines are in order.
 #include <gmock/gmock.h>
 
 #include <chrono>
@@ -19,7 +20,7 @@
 namespace vextrel_test {
 namespace {
 
-// How many calls all threads make together; the variable makes it more, or less.
+// How many calls all threads make together. The variable overrides it.
 std::uint32_t CallCount() {
   const char* asked = std::getenv("VEXTREL_THREAD_CALLS");
   constexpr std::uint32_t usual = 100'000;
@@ -33,17 +34,9 @@ double SecondsSince(std::chrono::steady_clock::time_point begin) {
 class Threads : public ProxyFiles {
  protected:
   Threads() {
-    const std::filesystem::path config = folder() / "log.properties";
-    WriteFile(config,
-              "rootCategory=INFO, file\n"
-              "appender.file=FileAppender\n"
-              "appender.file.fileName=" +
-                  LogFile().string() +
-                  "\n"
-                  "appender.file.layout=PatternLayout\n"
-                  "appender.file.layout.ConversionPattern="
-                  "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n\n");
-    SetVariable(kLogConfigVariable, config.string().c_str());
+    UseLog({.file = LogFile(),
+            .rootCategory = "INFO, file",
+            .pattern = "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n"});
     UseTarget(ScriptedTargetPath());
     LoadProxy();
   }
@@ -51,12 +44,12 @@ class Threads : public ProxyFiles {
     script.functions = {};
     proxy.GCCloseLib();
     UnloadProxy();
-    // It may be large, and nobody needs it after a failure: the message has the line.
+    // It may be large, and a failure's message has the line.
     std::error_code ignored;
     std::filesystem::remove(LogFile(), ignored);
   }
 
-  // All streams, with a buffer for each use and an event each.
+  // Opens all streams, each with its buffers and an event.
   void Open() {
     ASSERT_EQ(proxy.GCInitLib(), 0);
     void* parent = Handle(0x1000);
@@ -77,8 +70,8 @@ class Threads : public ProxyFiles {
     }
   }
 
-  const Module target{ScriptedTargetPath()};
-  TargetScript& script = *target.Find<GetTargetScriptFunction>("GetTargetScript")();
+  const HeldTarget target;
+  TargetScript& script = target.Script();
 };
 
 TEST_F(Threads, EveryLineIsThereWholeAndInItsThreadsOrder) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "threads/traffic.h"
 
 #include <algorithm>

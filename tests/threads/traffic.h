@@ -1,4 +1,5 @@
-// What many threads call at the same time, and the lines that come of it.
+// SPDX-License-Identifier: MIT
+// What many threads call at the same time, and the lines that they get.
 #ifndef VEXTREL_TESTS_THREADS_TRAFFIC_H
 #define VEXTREL_TESTS_THREADS_TRAFFIC_H
 
@@ -23,9 +24,9 @@ inline constexpr unsigned kStreams = kThreads + 1;
 // A buffer of that thread on that stream.
 [[nodiscard]] BUFFER_HANDLE BufferHandle(unsigned stream, unsigned thread, unsigned index);
 
-// The calls of one thread. They come in a fixed order, alternately on the thread's own stream and
-// on the shared one, and each carries its number in the thread's order: where no argument can, what
-// the target answers does. To be used by that thread, and by others when it has ended.
+// The calls of one thread, in a fixed order, alternately on the thread's own stream and on the
+// shared one. Each carries its number in this order, in an argument or else in the target's answer.
+// Used by that thread, and by others once it has ended.
 class Caller {
  public:
   explicit Caller(unsigned thread) : thread_(thread) {}

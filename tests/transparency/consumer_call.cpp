@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transparency/consumer_call.h"
 
 #include <algorithm>
@@ -30,6 +31,27 @@ void WriteTo(std::uint64_t address, Value value) {
 
 std::uint8_t* BytesAt(std::uint64_t address) {
   return reinterpret_cast<std::uint8_t*>(static_cast<std::uintptr_t>(address));
+}
+
+// Each query gets the result and the type, and a value where there is room. The second claims more
+// than there is room for, and where its buffer was stands an address that nobody may follow.
+template <typename Query>
+void AnswerQueries(std::uint64_t queries, const Answer& answer) {
+  for (std::size_t i = 0; i < kEntrySizes.size(); ++i) {
+    Query query{};
+    std::memcpy(&query, BytesAt(queries + i * sizeof query), sizeof query);
+    std::memset(query.pBuffer, '0' + static_cast<int>(i), query.iSize);
+    if (answer.number && query.iSize >= sizeof *answer.number) {
+      std::memcpy(query.pBuffer, &*answer.number, sizeof *answer.number);
+    }
+    query.iType = answer.type;
+    query.iResult = answer.result;
+    if (i == 1) {
+      query.pBuffer = reinterpret_cast<void*>(std::uintptr_t{1});
+      query.iSize = ~std::size_t{0};
+    }
+    WriteTo(queries + i * sizeof query, query);
+  }
 }
 
 }  // namespace
@@ -71,6 +93,11 @@ std::uint64_t ConsumerCall::Make(std::size_t place) {
     case Role::Output:
     case Role::Type:
       return Room(place, function_.pointeeSizes[place]);
+    case Role::OptionalSize:
+      if (nothing) {
+        return 0;
+      }
+      [[fallthrough]];
     case Role::Size: {
       const std::uint64_t size = Room(place, sizeof(std::size_t));
       WriteTo<std::size_t>(size, noBuffer                    ? kUnsetSize
@@ -81,18 +108,35 @@ std::uint64_t ConsumerCall::Make(std::size_t place) {
     case Role::EntriesRead:
     case Role::EntriesWritten:
       return noBuffer ? 0 : MakeEntries(place);
+    case Role::OptionalCount:
+      if (nothing) {
+        return 0;
+      }
+      [[fallthrough]];
     case Role::Count: {
       const std::uint64_t count = Room(place, sizeof(std::size_t));
       WriteTo<std::size_t>(count, noBuffer ? 0 : kEntrySizes.size());
       return count;
     }
+    case Role::Chunks:
+      return noBuffer ? 0 : Room(place, kEntrySizes.size() * sizeof(SINGLE_CHUNK_DATA));
+    case Role::Segments:
+    case Role::Sizes:
+      return noBuffer ? 0 : MakeNumbers(place);
+    case Role::Infos:
+      return noBuffer ? 0 : MakeQueries<DS_BUFFER_INFO_STACKED>(place);
+    case Role::PartInfos:
+      return noBuffer ? 0 : MakeQueries<DS_BUFFER_PART_INFO_STACKED>(place);
+    case Role::Length:
+      // One that cannot be, where there is no list.
+      return nothing ? 0 : noBuffer ? kUnsetSize : kEntrySizes.size();
   }
   return 0;
 }
 
 std::uint64_t ConsumerCall::Room(std::size_t place, std::size_t size) {
   std::uint8_t* room = memory_.Add(size);
-  begins_[place] = static_cast<std::size_t>(room - memory_.bytes().data());
+  begins_[place] = static_cast<std::size_t>(room - memory_.Content().data());
   ends_[place] = begins_[place] + size;
   return reinterpret_cast<std::uintptr_t>(room);
 }
@@ -105,6 +149,29 @@ std::uint64_t ConsumerCall::MakeEntries(std::size_t place) {
     WriteTo(entries + i * sizeof entry, entry);
   }
   return entries;
+}
+
+std::uint64_t ConsumerCall::MakeNumbers(std::size_t place) {
+  const std::uint64_t numbers = Room(place, kEntrySizes.size() * sizeof(std::uint64_t));
+  for (std::size_t i = 0; i < kEntrySizes.size(); ++i) {
+    WriteTo(numbers + i * sizeof(std::uint64_t), ValueAt(place) + i);
+  }
+  return numbers;
+}
+
+template <typename Query>
+std::uint64_t ConsumerCall::MakeQueries(std::size_t place) {
+  const std::uint64_t queries = Room(place, kEntrySizes.size() * sizeof(Query));
+  for (std::size_t i = 0; i < kEntrySizes.size(); ++i) {
+    Query query{};
+    query.iInfoCmd = static_cast<std::int32_t>(i);
+    query.iType = -1;
+    query.pBuffer = memory_.Add(kEntrySizes[i]);
+    query.iSize = kEntrySizes[i];
+    query.iResult = -1;
+    WriteTo(queries + i * sizeof query, query);
+  }
+  return queries;
 }
 
 void ConsumerCall::WriteAnswer(const Patterns& arguments, const Answer& answer) const {
@@ -125,6 +192,9 @@ void ConsumerCall::Write(std::size_t place, std::uint64_t argument, const Answer
     case Role::Text:
     case Role::Data:
     case Role::EntriesWritten:
+    case Role::Segments:
+    case Role::Sizes:
+    case Role::Length:
       break;
     case Role::Output:
     case Role::OptionalOutput: {
@@ -147,6 +217,7 @@ void ConsumerCall::Write(std::size_t place, std::uint64_t argument, const Answer
       }
       break;
     case Role::Size:
+    case Role::OptionalSize:
       // More than the consumer has room for, if it asked for the size or was too small.
       WriteTo<std::size_t>(argument, shape_ == Shape::Complete ? kBufferSize - 5 : kBufferSize + 5);
       break;
@@ -158,8 +229,18 @@ void ConsumerCall::Write(std::size_t place, std::uint64_t argument, const Answer
       }
       break;
     case Role::Count:
+    case Role::OptionalCount:
       // The log follows the entries as far as this says.
       WriteTo<std::size_t>(argument, arguments_[place - 1] == 0 ? 0 : 2);
+      break;
+    case Role::Chunks:
+      std::memset(BytesAt(argument), '7', 2 * sizeof(SINGLE_CHUNK_DATA));
+      break;
+    case Role::Infos:
+      AnswerQueries<DS_BUFFER_INFO_STACKED>(argument, answer);
+      break;
+    case Role::PartInfos:
+      AnswerQueries<DS_BUFFER_PART_INFO_STACKED>(argument, answer);
       break;
   }
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One call as a consumer makes it: the arguments with all the memory behind them.
 #ifndef VEXTREL_TESTS_TRANSPARENCY_CONSUMER_CALL_H
 #define VEXTREL_TESTS_TRANSPARENCY_CONSUMER_CALL_H
@@ -26,7 +27,7 @@ inline constexpr Shape kShapes[] = {Shape::Complete, Shape::Unanswered, Shape::S
 struct Answer {
   GC_ERROR result = GC_ERR_SUCCESS;
   INFO_DATATYPE type = INFO_DATATYPE_STRING;
-  // What the buffer begins with; otherwise it is a text.
+  // What the buffer starts with, instead of a text.
   std::optional<double> number = std::nullopt;
 };
 
@@ -34,24 +35,27 @@ class ConsumerCall {
  public:
   ConsumerCall(const UniformFunction& function, Shape shape);
 
-  // The pattern that a value in this place of an argument list has: bits set in every byte, others
-  // in every place.
+  // The pattern of a value in this place of the argument list. Every byte is set, and every place
+  // has another pattern.
   [[nodiscard]] static std::uint64_t ValueAt(std::size_t place);
 
-  [[nodiscard]] const Patterns& arguments() const { return arguments_; }
-  [[nodiscard]] const ConsumerMemory::Bytes& memory() const { return memory_.bytes(); }
-  [[nodiscard]] const UniformFunction& function() const { return function_; }
+  [[nodiscard]] const Patterns& Arguments() const { return arguments_; }
+  [[nodiscard]] const ConsumerMemory::Bytes& Memory() const { return memory_.Content(); }
+  [[nodiscard]] const UniformFunction& Function() const { return function_; }
 
-  // Writes through the arguments, which are the ones that the target got, as a target would.
+  // Writes the answer through the arguments, as a target that got them would.
   void WriteAnswer(const Patterns& arguments, const Answer& answer) const;
 
-  // For messages: the argument whose memory lies there, or the guards.
+  // Names the argument whose memory lies there, or the guards, for a message.
   [[nodiscard]] std::string NameOf(std::size_t offset) const;
 
  private:
   [[nodiscard]] std::uint64_t Make(std::size_t place);
   [[nodiscard]] std::uint64_t Room(std::size_t place, std::size_t size);
   [[nodiscard]] std::uint64_t MakeEntries(std::size_t place);
+  [[nodiscard]] std::uint64_t MakeNumbers(std::size_t place);
+  template <typename Query>
+  [[nodiscard]] std::uint64_t MakeQueries(std::size_t place);
   void Write(std::size_t place, std::uint64_t argument, const Answer& answer) const;
 
   const UniformFunction& function_;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transparency/consumer_memory.h"
 
 #include <algorithm>

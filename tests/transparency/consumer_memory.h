@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The memory that a consumer hands over in one call.
 #ifndef VEXTREL_TESTS_TRANSPARENCY_CONSUMER_MEMORY_H
 #define VEXTREL_TESTS_TRANSPARENCY_CONSUMER_MEMORY_H
@@ -18,14 +19,14 @@ class ConsumerMemory {
   using Bytes = std::array<std::uint8_t, kSize>;
 
   ConsumerMemory();
-  // The addresses in it are the consumer's.
+  // Arguments point into it.
   ConsumerMemory(const ConsumerMemory&) = delete;
   ConsumerMemory& operator=(const ConsumerMemory&) = delete;
 
-  // The next room of that size, aligned for anything.
+  // Returns the next `size` bytes, aligned for anything.
   [[nodiscard]] std::uint8_t* Add(std::size_t size);
 
-  [[nodiscard]] const Bytes& bytes() const { return bytes_; }
+  [[nodiscard]] const Bytes& Content() const { return bytes_; }
 
  private:
   alignas(16) Bytes bytes_;

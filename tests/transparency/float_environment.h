@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The thread's floating-point environment, as far as a program may set it.
 #ifndef VEXTREL_TESTS_TRANSPARENCY_FLOAT_ENVIRONMENT_H
 #define VEXTREL_TESTS_TRANSPARENCY_FLOAT_ENVIRONMENT_H
@@ -13,7 +14,7 @@ struct FloatEnvironment {
   bool operator==(const FloatEnvironment&) const = default;
 
   [[nodiscard]] static FloatEnvironment Now();
-  // From now on, for this thread. Raises the flags without the operations that they stand for.
+  // Sets this thread's environment, without performing the operations that the flags stand for.
   void Apply() const;
 };
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <cfenv>
 
 #include "transparency/float_environment.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transparency/traced_proxy.h"
 
 #include <algorithm>
@@ -10,13 +11,13 @@ namespace {
 constexpr std::uint32_t kConsumersLastError = 17;
 constexpr std::uint32_t kTargetsLastError = 4711;
 
-// Both values that a thread has on Windows; elsewhere they are one.
+// On Windows a thread has two such values, elsewhere only one.
 void SetLastErrors(std::uint32_t value) {
   errno = static_cast<int>(value);
   SetLastErrorValue(value);
 }
 
-// How things are behind a call.
+// The state after a call.
 struct Behind {
   GC_ERROR result;
   std::uint32_t lastError;
@@ -24,7 +25,7 @@ struct Behind {
   FloatEnvironment floats;
 };
 
-// Restores the environment that the test itself runs in.
+// Restores the test's own environment.
 class FloatsRestored {
  public:
   FloatsRestored() = default;
@@ -41,7 +42,7 @@ Behind MakeCall(const GenTLFunctions& proxy, const ConsumerCall& call,
   const FloatsRestored restored;
   SetLastErrors(kConsumersLastError);
   floats.Apply();
-  const GC_ERROR result = call.function().call(proxy, call.arguments());
+  const GC_ERROR result = call.Function().call(proxy, call.Arguments());
   const std::uint32_t lastError = LastError();
   const auto errnoValue = static_cast<std::uint32_t>(errno);
   return {result, lastError, errnoValue, FloatEnvironment::Now()};
@@ -49,7 +50,7 @@ Behind MakeCall(const GenTLFunctions& proxy, const ConsumerCall& call,
 
 }  // namespace
 
-// What the target saw of a call, and what it left.
+// What the target saw of a call, and what it left behind.
 struct TracedProxy::Seen {
   int calls = 0;
   Patterns arguments{};
@@ -61,11 +62,14 @@ struct TracedProxy::Seen {
 TracedProxy::TracedProxy()
     : consumerFloats{FE_UPWARD, FE_UNDERFLOW},
       targetFloats{FE_DOWNWARD, FE_DIVBYZERO | FE_OVERFLOW},
-      target_(ScriptedTargetPath()),
-      script_(*target_.Find<GetTargetScriptFunction>("GetTargetScript")()) {
-  script_.functions = {};
-  script_.result = GC_ERR_SUCCESS;
-}
+      script_(target_.Script()) {}
+
+// With the timing of calls, where there is any.
+#if defined(VEXTREL_EXTENDED)
+const std::string kFullLog = std::string("INFO, file") + kWithTiming;
+#else
+const std::string kFullLog = "INFO, file";
+#endif
 
 TracedProxy::~TracedProxy() {
   script_.functions = {};
@@ -77,21 +81,14 @@ TracedProxy::~TracedProxy() {
 }
 
 void TracedProxy::SetUpLog(Log log) {
-  const std::string fileName = log == Log::FolderAsFile ? folder().string() : LogFile().string();
-  std::string config =
-      log == Log::BelowPriority ? "rootCategory=ERROR, file\n" : "rootCategory=INFO, file\n";
-  if (log != Log::NoAppender) {
-    config +=
-        "appender.file=FileAppender\n"
-        "appender.file.fileName=" +
-        fileName +
-        "\n"
-        "appender.file.layout=PatternLayout\n"
-        "appender.file.layout.ConversionPattern=%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n\n";
+  UseLog({.file = log == Log::FolderAsFile ? Folder() : LogFile(),
+          .rootCategory = log == Log::BelowPriority ? "ERROR, file" : kFullLog,
+          .pattern = "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n"});
+  if (log == Log::NoAppender) {
+    WriteFile(Folder() / "log.properties", "rootCategory=INFO, file\n");
+  } else if (log == Log::NoConfiguration) {
+    SetVariable(kLogConfigVariable, nullptr);
   }
-  const std::filesystem::path path = folder() / "log.properties";
-  WriteFile(path, config);
-  SetVariable(kLogConfigVariable, log == Log::NoConfiguration ? nullptr : path.string().c_str());
 }
 
 void TracedProxy::Start(Log log) {
@@ -116,10 +113,10 @@ void TracedProxy::TidyUpAfter(const UniformFunction& function) {
 
 void TracedProxy::ExpectMemory(const ConsumerCall& call, const ConsumerMemory::Bytes& expected,
                                std::string_view whose) const {
-  const auto [different, unused] = std::ranges::mismatch(call.memory(), expected);
-  if (different != call.memory().end()) {
+  const auto [different, unused] = std::ranges::mismatch(call.Memory(), expected);
+  if (different != call.Memory().end()) {
     ADD_FAILURE() << whose << " memory differs: "
-                  << call.NameOf(static_cast<std::size_t>(different - call.memory().begin()));
+                  << call.NameOf(static_cast<std::size_t>(different - call.Memory().begin()));
   }
 }
 
@@ -128,15 +125,15 @@ void TracedProxy::ExpectNothingChanged(const UniformFunction& function, Shape sh
   SCOPED_TRACE(function.name + ", shape " + std::to_string(static_cast<int>(shape)) + ", result " +
                std::to_string(answer.result) + ", type " + std::to_string(answer.type));
   const ConsumerCall call(function, shape);
-  const ConsumerMemory::Bytes given = call.memory();
+  const ConsumerMemory::Bytes given = call.Memory();
   Seen seen;
   onTargetCall = [&](const Patterns& arguments) {
     seen.floats = FloatEnvironment::Now();
     ++seen.calls;
     seen.arguments = arguments;
-    seen.before = call.memory();
+    seen.before = call.Memory();
     call.WriteAnswer(arguments, answer);
-    seen.after = call.memory();
+    seen.after = call.Memory();
     targetFloats.Apply();
     SetLastErrors(kTargetsLastError);
     return answer.result;
@@ -149,13 +146,13 @@ void TracedProxy::ExpectNothingChanged(const UniformFunction& function, Shape sh
   TidyUpAfter(function);
   ++calls_;
 
-  // What the consumer gave is what the target got, once.
+  // The target got what the consumer gave, once.
   EXPECT_EQ(seen.calls, 1);
   EXPECT_EQ(allCalls, 1);
-  EXPECT_EQ(seen.arguments, call.arguments());
+  EXPECT_EQ(seen.arguments, call.Arguments());
   EXPECT_TRUE(seen.before == given);
   EXPECT_EQ(seen.floats, consumerFloats);
-  // What the target left is what the consumer got.
+  // The consumer got what the target left behind.
   EXPECT_EQ(behind.result, answer.result);
   EXPECT_EQ(behind.lastError, kTargetsLastError);
   EXPECT_EQ(behind.errnoValue, kTargetsLastError);
@@ -166,12 +163,12 @@ void TracedProxy::ExpectNothingChanged(const UniformFunction& function, Shape sh
 void TracedProxy::ExpectNobodyThere(const UniformFunction& function, Shape shape, GC_ERROR result) {
   SCOPED_TRACE(function.name + ", shape " + std::to_string(static_cast<int>(shape)));
   const ConsumerCall call(function, shape);
-  const ConsumerMemory::Bytes given = call.memory();
+  const ConsumerMemory::Bytes given = call.Memory();
   script_.calls = 0;
   const Behind behind = MakeCall(proxy, call, consumerFloats);
   EXPECT_EQ(script_.calls, 0);
   EXPECT_EQ(behind.result, result);
-  // Loading a target is the one thing that the consumer may notice.
+  // Only the attempt to load a target may change them.
   if (function.name != "GCInitLib") {
     EXPECT_EQ(behind.lastError, kConsumersLastError);
     EXPECT_EQ(behind.errnoValue, kConsumersLastError);
@@ -183,7 +180,7 @@ void TracedProxy::ExpectNobodyThere(const UniformFunction& function, Shape shape
 void TracedProxy::OpenRecords() {
   void* parent = Handle(ConsumerCall::ValueAt(0));
   void* buffer = Handle(ConsumerCall::ValueAt(1));
-  // The target leaves the handles as they are, which makes them those of the answers.
+  // The target leaves the outputs alone, so they keep these handles.
   proxy.TLOpen(&parent);
   proxy.TLOpenInterface(parent, "interface", &parent);
   proxy.IFOpenDevice(parent, "device", DEVICE_ACCESS_CONTROL, &parent);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The proxy between a consumer and a target that both look closely.
 #ifndef VEXTREL_TESTS_TRANSPARENCY_TRACED_PROXY_H
 #define VEXTREL_TESTS_TRANSPARENCY_TRACED_PROXY_H
@@ -31,32 +32,32 @@ class TracedProxy : public ProxyFiles {
   // Loads the proxy, and initialises it with the scripted target.
   void Start(Log log);
 
-  // Makes one call, and compares the two sides of it: see the checks in the implementation.
+  // Makes one call, and expects that neither side sees anything of the proxy.
   void ExpectNothingChanged(const UniformFunction& function, Shape shape, const Answer& answer);
 
-  // Makes one call that nobody answers: the consumer gets that result, and nothing else changes.
+  // Makes one call that no target answers, and expects that result and nothing else.
   void ExpectNobodyThere(const UniformFunction& function, Shape shape, GC_ERROR result);
 
   // Opens a transport layer, an interface, a device and a data stream, announces a buffer and
   // registers an event, with the handles that ConsumerCall has: the calls find records then.
   void OpenRecords();
 
-  // What the two sides leave in a call.
+  // What each side sets before its half of a call.
   FloatEnvironment consumerFloats;
   FloatEnvironment targetFloats;
 
-  [[nodiscard]] int calls() const { return calls_; }
+  [[nodiscard]] int Calls() const { return calls_; }
 
  private:
   struct Seen;
 
-  // Before a call and behind it the target is bound, but for GCInitLib, which finds it unbound.
+  // The target is bound before and after each call, except that GCInitLib finds it unbound.
   void PrepareFor(const UniformFunction& function);
   void TidyUpAfter(const UniformFunction& function);
   void ExpectMemory(const ConsumerCall& call, const ConsumerMemory::Bytes& expected,
                     std::string_view whose) const;
 
-  Module target_;
+  HeldTarget target_;
   TargetScript& script_;
   int calls_ = 0;
 };

@@ -1,4 +1,5 @@
-// A consumer behind the proxy and a target in front of it see what they would see of each other.
+// SPDX-License-Identifier: MIT
+// Through the proxy, a consumer and a target see of each other what they would see without it.
 #include <cfenv>
 #include <cstddef>
 #include <limits>
@@ -9,7 +10,7 @@
 namespace vextrel_test {
 namespace {
 
-// All results with a name, and some without.
+// All results that have a name, and some that have none.
 constexpr GC_ERROR kResults[] = {0,
                                  -1001,
                                  -1002,
@@ -42,7 +43,8 @@ constexpr INFO_DATATYPE kLastType = 15;
 
 bool HasType(const UniformFunction& function) {
   for (const Role role : function.roles) {
-    if (role == Role::Type || role == Role::OptionalType) {
+    if (role == Role::Type || role == Role::OptionalType || role == Role::Infos ||
+        role == Role::PartInfos) {
       return true;
     }
   }
@@ -53,7 +55,7 @@ bool HasArguments(const UniformFunction& function) {
   return function.roles[0] != Role::None;
 }
 
-// The calls that the log shows of the function.
+// Counts the calls of the function in the log.
 int CountLines(const std::string& log, const std::string& name) {
   const std::string begin = "=" + name + "(";
   int count = 0;
@@ -83,11 +85,11 @@ TEST_P(Transparency, CallsPassUnchanged) {
       ExpectNothingChanged(function, Shape::SizeQuery, {.type = type});
     }
   }
-  // GCInitLib and GCCloseLib take turns.
+  // Start() has called GCInitLib once.
   const int others = function.name == "GCInitLib" ? 1 : 0;
-  EXPECT_EQ(CountLines(ReadFile(LogFile()), function.name), calls() + others);
+  EXPECT_EQ(CountLines(ReadFile(LogFile()), function.name), Calls() + others);
 
-  // The same with records in the registry, so that its steps find something to do.
+  // The same with records in the registry for the call to work on.
   for (const Shape shape : kShapes) {
     OpenRecords();
     ExpectNothingChanged(function, shape, {});
@@ -97,7 +99,7 @@ TEST_P(Transparency, CallsPassUnchanged) {
 INSTANTIATE_TEST_SUITE_P(EachFunction, Transparency, ::testing::ValuesIn(FunctionNames()),
                          [](const auto& tested) { return tested.param; });
 
-// However little of the log works.
+// Regardless of how much of the log works.
 struct LogCase {
   Log log;
   const char* name;
@@ -123,10 +125,10 @@ INSTANTIATE_TEST_SUITE_P(EachLog, TransparencyWithoutLog,
                                            LogCase{Log::NoConfiguration, "NoConfiguration"}),
                          [](const auto& tested) { return tested.param.name; });
 
-// With nobody to forward to, a call returns GC_ERR_NOT_IMPLEMENTED and does nothing.
+// Without a target, a call returns GC_ERR_NOT_IMPLEMENTED and does nothing else.
 class TransparencyWithoutTarget : public TracedProxy {
  protected:
-  // GCCloseLib comes last: it ends the binding that the others are tried in.
+  // GCCloseLib comes last, because it ends the binding.
   void ExpectNobodyThereForAll(GC_ERROR resultOfInit) {
     for (const UniformFunction& function : UniformFunctions()) {
       if (function.name != "GCCloseLib") {
@@ -153,7 +155,7 @@ TEST_F(TransparencyWithoutTarget, NoProducerIsNamed) {
 
 TEST_F(TransparencyWithoutTarget, TheProducerCannotBeLoaded) {
   SetUpLog(Log::File);
-  UseTarget(folder() / "no_such_producer.cti");
+  UseTarget(Folder() / "no_such_producer.cti");
   LoadProxy();
   ExpectNobodyThereForAll(0);
 }
@@ -172,7 +174,7 @@ class TransparencyOfFloats : public TracedProxy, public ::testing::WithParamInte
 
   TransparencyOfFloats() { targetFloats.rounding = GetParam(); }
 
-  // All queries answer that number.
+  // Has every info query answer that number.
   void ExpectNoTraceOf(double number) {
     SCOPED_TRACE(number);
     for (const UniformFunction& function : UniformFunctions()) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "transparency/uniform_function.h"
 
 #include <algorithm>
@@ -48,41 +49,32 @@ GC_ERROR GC_CALLTYPE PlayUniformly(Parameters... parameters) {
 template <typename... Parameters>
 using Slot = GC_ERROR (GC_CALLTYPE* GenTLFunctions::*)(Parameters...);
 
-template <typename... Parameters, std::size_t... Places>
-UniformFunction MakeUniform(const FunctionRoles& row, Slot<Parameters...> slot,
-                            std::index_sequence<Places...> /*places*/) {
-  const auto given = static_cast<std::size_t>(
-      std::ranges::count_if(row.roles, [](Role role) { return role != Role::None; }));
-  if (given != sizeof...(Parameters)) {
-    throw std::logic_error(std::string(row.name) + " has another number of arguments");
-  }
+template <typename... Parameters, std::size_t... places>
+UniformFunction MakeUniform(const char* name, Slot<Parameters...> slot, const Roles& roles,
+                            std::index_sequence<places...> /*sequence*/) {
   return {
-      std::string(row.name),
-      row.roles,
+      name,
+      roles,
       {PointeeSize<Parameters>()...},
       []([[maybe_unused]] const Patterns& patterns) {
-        return Patterns{ToPattern(FromPattern<Parameters>(patterns[Places]))...};
+        return Patterns{ToPattern(FromPattern<Parameters>(patterns[places]))...};
       },
       [slot](const GenTLFunctions& functions, [[maybe_unused]] const Patterns& patterns) {
-        return (functions.*slot)(FromPattern<Parameters>(patterns[Places])...);
+        return (functions.*slot)(FromPattern<Parameters>(patterns[places])...);
       },
       [slot](GenTLFunctions& functions) { functions.*slot = &PlayUniformly<Parameters...>; },
   };
 }
 
 template <typename... Parameters>
-UniformFunction MakeUniform(const FunctionRoles& row, Slot<Parameters...> slot) {
-  return MakeUniform(row, slot, std::index_sequence_for<Parameters...>());
+UniformFunction MakeUniform(const char* name, Slot<Parameters...> slot, const Roles& roles) {
+  return MakeUniform(name, slot, roles, std::index_sequence_for<Parameters...>());
 }
 
 std::vector<UniformFunction> MakeAll() {
   std::vector<UniformFunction> functions;
-  ForEachFunction([&](const char* name, auto slot) {
-    const auto* row = std::ranges::find(kFunctionRoles, name, &FunctionRoles::name);
-    if (row == kFunctionRoles.end()) {
-      throw std::logic_error(std::string(name) + " has no row");
-    }
-    functions.push_back(MakeUniform(*row, slot));
+  ForEachFunction([&](const char* name, auto slot, const Roles& roles) {
+    functions.push_back(MakeUniform(name, slot, roles));
   });
   return functions;
 }
@@ -90,8 +82,8 @@ std::vector<UniformFunction> MakeAll() {
 }  // namespace
 
 const std::vector<UniformFunction>& UniformFunctions() {
-  static const std::vector<UniformFunction> functions = MakeAll();
-  return functions;
+  static const std::vector<UniformFunction> kFunctions = MakeAll();
+  return kFunctions;
 }
 
 const UniformFunction& FindFunction(const std::string& name) {
@@ -100,14 +92,6 @@ const UniformFunction& FindFunction(const std::string& name) {
     throw std::logic_error("no function " + name);
   }
   return *found;
-}
-
-std::vector<std::string> FunctionNames() {
-  std::vector<std::string> names;
-  for (const UniformFunction& function : UniformFunctions()) {
-    names.push_back(function.name);
-  }
-  return names;
 }
 
 }  // namespace vextrel_test

@@ -1,5 +1,6 @@
-// The 51 functions made alike: each takes its arguments as 64-bit patterns, so that the tests need
-// no code of their own for any of them.
+// SPDX-License-Identifier: MIT
+// All functions made alike: each takes its arguments as 64-bit patterns, so that a test needs no
+// code of its own for any of them.
 #ifndef VEXTREL_TESTS_TRANSPARENCY_UNIFORM_FUNCTION_H
 #define VEXTREL_TESTS_TRANSPARENCY_UNIFORM_FUNCTION_H
 
@@ -10,19 +11,19 @@
 #include <string>
 #include <vector>
 
-#include "transparency/function_roles.h"
+#include "support/gentl_functions.h"
 
 namespace vextrel_test {
 
-// The arguments in order, zero behind the last one.
+// The arguments in order, zero past the last one.
 using Patterns = std::array<std::uint64_t, kMaxArguments>;
 
 struct UniformFunction {
   std::string name;
   Roles roles{};
-  // The size of what each argument points to, where that is known; 0 elsewhere.
+  // The size of what each argument points to; 0 if unknown.
   std::array<std::size_t, kMaxArguments> pointeeSizes{};
-  // The patterns as they are behind a way through the parameters, which may be narrower.
+  // The patterns after a pass through the parameters, which may be narrower.
   std::function<Patterns(const Patterns&)> narrow;
   // Calls the function of that name.
   std::function<GC_ERROR(const GenTLFunctions&, const Patterns&)> call;
@@ -30,13 +31,12 @@ struct UniformFunction {
   std::function<void(GenTLFunctions&)> play;
 };
 
-// What the target does in a call. To be set while no call is on its way.
+// What the target does in a call. REQUIRES: nobody sets it while a call is running.
 extern std::function<GC_ERROR(const Patterns&)> onTargetCall;
 
 // In the order of the interface.
 [[nodiscard]] const std::vector<UniformFunction>& UniformFunctions();
 [[nodiscard]] const UniformFunction& FindFunction(const std::string& name);
-[[nodiscard]] std::vector<std::string> FunctionNames();
 
 }  // namespace vextrel_test
 

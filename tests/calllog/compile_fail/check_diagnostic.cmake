@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles SOURCE and expects an error that names DIAGNOSTIC and none of the other kinds of error,
 # or no error at all if DIAGNOSTIC is empty. Lists are separated by "|".
 set(kinds

@@ -1,5 +1,0 @@
-#include "calllog/line_log.h"
-
-void Write(log4cpp::Category& logger) {
-  vextrel::LogError(logger, "%s", 1U);
-}

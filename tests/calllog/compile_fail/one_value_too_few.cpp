@@ -1,5 +1,0 @@
-#include "calllog/line_format.h"
-
-void Write() {
-  static_cast<void>(vextrel::FormatLine("%u of %u", 1U));
-}

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// Faults on demand, traced for real, and what the rules make of them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "program/small_log.h"
+#include "support/files.h"
+#include "support/process.h"
+#include "support/system.h"
+
+namespace vextrel_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum class Timing { Matters, DependsOnTheMachine };
+
+// "RULE severity" of each finding but those that every session of the consumer has: it's refused
+// one device before it opens another, and mixes its own buffers with one of the producer's.
+std::string FindingsOf(const std::string& name, const std::vector<std::string>& options,
+                       Timing timing = Timing::DependsOnTheMachine) {
+  const fs::path folder = fs::path(SCRATCH_FOLDER) / name;
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+  const fs::path configuration = folder / "log.properties";
+  const fs::path log = folder / "calls.log";
+  WriteFile(configuration, LogConfig{.file = log.generic_string(),
+                                     .rootCategory = "INFO, file",
+                                     .pattern = "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n"}
+                               .Text());
+  const auto native = [](fs::path path) { return path.make_preferred().string(); };
+  SetVariable("GENICAM_GENTL64_PATH", native(VEXTREL_EXTENDED_MODULE).c_str());
+  SetVariable("GENICAM_GENTL64_VEXTREL_PRODUCER", native(SIMULATED_CAMERA_EXTENDED).c_str());
+  SetVariable("GENICAM_GENTL64_VEXTREL_LOG_CONFIG", native(configuration).c_str());
+  SetVariable("VEXTREL_CAMERA_RATE", "100");
+  SetVariable("VEXTREL_CAMERA_WIDTH", "32");
+  SetVariable("VEXTREL_CAMERA_HEIGHT", "32");
+  std::vector<std::string> arguments = {"--frames", "12"};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  const Outcome outcome = RunProgram(GRAB_PROGRAM, arguments, folder);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  const ProgramResult result = RunVextrel({"check", "--json", log.generic_string()});
+  EXPECT_LE(result.status, 1) << result.errors;
+  std::string found;
+  const nlohmann::json report = nlohmann::json::parse(result.output);
+  for (const nlohmann::json& each : report["findings"]) {
+    const std::string text =
+        each["rule"].get<std::string>() + " " + each["severity"].get<std::string>();
+    const bool isOfMachine = timing == Timing::DependsOnTheMachine && text.starts_with("T-");
+    if (text != "DEV-DENIED info" && text != "BUF-MIX warning" && !isOfMachine) {
+      found += (found.empty() ? "" : ", ") + text;
+    }
+  }
+  return found;
+}
+
+TEST(Faults, RaiseTheirRule) {
+  struct Case {
+    const char* fault;
+    const char* expected;
+  };
+  constexpr Case cases[] = {
+      {"close-nothing", "HND-NULL error"},
+      {"close-twice", "HND-AFTER error"},
+      {"close-while-running", "MOD-CLOSE-LIVE error"},
+      {"index-behind-end", "LIST-INDEX warning"},
+      {"keep-all-buffers", "BUF-STARVE error"},
+      {"kill-without-wait", "EVT-KILL warning"},
+      {"leave-open", "MOD-LEAK warning"},
+      {"open-twice", "MOD-INUSE error"},
+      {"queue-twice", "BUF-REQUEUE error"},
+      {"read-queued", "BUF-READ-QUEUED warning"},
+      {"register-twice", "EVT-DUP error"},
+      {"revoke-queued", "BUF-REVOKE error"},
+      {"start-twice", "ACQ-PAIR warning"},
+      {"stop-twice", "ACQ-PAIR warning"},
+      {"unknown-handle", "HND-UNKNOWN warning"},
+      {"wrong-kind", "HND-TYPE error"},
+  };
+  EXPECT_EQ(FindingsOf("none", {}), "");
+  for (const Case& each : cases) {
+    EXPECT_EQ(FindingsOf(each.fault, {"--fault", each.fault}), each.expected) << each.fault;
+  }
+  SetVariable("VEXTREL_CAMERA_LOSE", "5");
+  EXPECT_EQ(FindingsOf("lose", {}, Timing::Matters), "T-GAP warning");
+  SetVariable("VEXTREL_CAMERA_LOSE", nullptr);
+  SetVariable("VEXTREL_CAMERA_INCOMPLETE", "5");
+  EXPECT_EQ(FindingsOf("incomplete", {}), "BUF-INCOMPLETE warning");
+  SetVariable("VEXTREL_CAMERA_INCOMPLETE", nullptr);
+}
+
+}  // namespace
+}  // namespace vextrel_test

@@ -1,0 +1,26 @@
+# SPDX-License-Identifier: MIT
+# Writes the exported functions of a scripted target: for each name, a definition that calls Play
+# with the parameters that gentl.h or gentl_newer.h declares.
+function(vextrel_write_scripted_exports output names)
+  set(declarations "")
+  foreach(header IN ITEMS gentl.h gentl_newer.h)
+    set(path "${PROJECT_SOURCE_DIR}/src/gentl/${header}")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${path}")
+    file(READ "${path}" text)
+    string(APPEND declarations "${text}")
+  endforeach()
+  set(definitions "")
+  foreach(name IN LISTS names)
+    if(NOT declarations MATCHES "GC_CALLTYPE ${name}\\(([^)]*)\\);")
+      message(FATAL_ERROR "${name} is exported, but not declared.")
+    endif()
+    set(parameters "${CMAKE_MATCH_1}")
+    string(REGEX REPLACE "[^,]*[ *]([A-Za-z]+)(,|$)" ", \\1" arguments "${parameters}")
+    if(parameters STREQUAL "void")
+      set(arguments "")
+    endif()
+    string(APPEND definitions "GC_ERROR GC_CALLTYPE ${name}(${parameters}) {\n"
+      "  return Play(&GenTLFunctions::${name}${arguments});\n}\n")
+  endforeach()
+  file(CONFIGURE OUTPUT "${output}" CONTENT "@definitions@" @ONLY)
+endfunction()
