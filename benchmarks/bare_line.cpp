@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bare_line.h"
 
 #include <fstream>
@@ -5,7 +6,7 @@
 #include <log4cpp/PropertyConfigurator.hh>
 #include <string_view>
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 namespace {
 
 std::string ReadFile(const std::filesystem::path& path) {
@@ -17,12 +18,12 @@ std::string ReadFile(const std::filesystem::path& path) {
 
 std::vector<std::string> MessagesOf(const Case& call, Session& session) {
   constexpr std::string_view begin = "GC_ERR_SUCCESS=";
-  EmptyLogFile(session.logFile());
+  EmptyLogFile(session.LogFile());
   Consumer consumer(session, 0);
   consumer.SetPortSize(call.portSize);
   (consumer.*call.run)();
-  const std::string text = ReadFile(session.logFile());
-  EmptyLogFile(session.logFile());
+  const std::string text = ReadFile(session.LogFile());
+  EmptyLogFile(session.LogFile());
 
   std::vector<std::string> messages;
   const std::size_t prefix = text.find(begin);
@@ -56,4 +57,4 @@ void EmptyLogFile(const std::filesystem::path& file) {
   }
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

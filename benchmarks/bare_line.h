@@ -1,4 +1,5 @@
-// What a traced call is compared with: log4cpp's own function, given lines that are ready.
+// SPDX-License-Identifier: MIT
+// What a traced call is compared with: log4cpp's own function, writing ready-made lines.
 #ifndef VEXTREL_BENCHMARKS_BARE_LINE_H
 #define VEXTREL_BENCHMARKS_BARE_LINE_H
 
@@ -8,12 +9,12 @@
 
 #include "calls.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
-// The messages that the call logs in that session, which has a file log.
+// The messages that `call` logs in `session`. REQUIRES: the session logs to a file.
 [[nodiscard]] std::vector<std::string> MessagesOf(const Case& call, Session& session);
 
-// A category of this program's own log4cpp that is as far from its appender as the proxy's is.
+// A category of this program's own log4cpp. Like the proxy's, it's one level below its appender.
 class BareLogger {
  public:
   explicit BareLogger(Mode mode);
@@ -23,16 +24,16 @@ class BareLogger {
       category_.info(message);
     }
   }
-  [[nodiscard]] const std::filesystem::path& logFile() const { return logFile_; }
+  [[nodiscard]] const std::filesystem::path& LogFile() const { return logFile_; }
 
  private:
   std::filesystem::path logFile_;
   log4cpp::Category& category_;
 };
 
-// Empties a log file that is being written, so that it does not fill the disk.
+// Empties a log file that may be open for writing, so that it doesn't fill the disk.
 void EmptyLogFile(const std::filesystem::path& file);
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench
 
 #endif  // VEXTREL_BENCHMARKS_BARE_LINE_H

@@ -1,12 +1,13 @@
-// The groups of benchmarks, by what they measure.
+// SPDX-License-Identifier: MIT
+// The groups of benchmarks.
 #ifndef VEXTREL_BENCHMARKS_BENCHMARKS_H
 #define VEXTREL_BENCHMARKS_BENCHMARKS_H
 
 #include <memory>
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
-// What the call benchmarks run in; must live until they have run.
+// The sessions that the call benchmarks run in. Must outlive their run.
 struct CallSessions;
 struct DeleteCallSessions {
   void operator()(CallSessions* sessions) const;
@@ -16,6 +17,6 @@ struct DeleteCallSessions {
 void RegisterRenderingBenchmarks();
 void RegisterStartBenchmarks();
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench
 
 #endif  // VEXTREL_BENCHMARKS_BENCHMARKS_H

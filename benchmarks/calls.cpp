@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "calls.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
 Consumer::Consumer(const Session& session, std::size_t bufferIndex)
-    : functions_(session.functions()),
-      buffer_(BufferHandle(bufferIndex % session.buffers())),
+    : functions_(session.Functions()),
+      buffer_(BufferHandle(bufferIndex % session.Buffers())),
       delivered_(buffer_) {
   SetPortSize(4);
 }
@@ -75,7 +76,7 @@ void Consumer::Frame() {
 }
 
 std::span<const Case> Cases() {
-  static constexpr Case cases[] = {
+  static constexpr Case kCases[] = {
       {"DSQueueBuffer", &Consumer::QueueBuffer},
       {"EventGetData/8", &Consumer::GetEventData},
       {"DSGetBufferInfo/STRING", &Consumer::GetBufferInfoString},
@@ -89,7 +90,7 @@ std::span<const Case> Cases() {
       {"GCRegisterEvent+GCUnregisterEvent", &Consumer::RegisterAndUnregister},
       {"frame", &Consumer::Frame},
   };
-  return cases;
+  return kCases;
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calls that are measured.
 #ifndef VEXTREL_BENCHMARKS_CALLS_H
 #define VEXTREL_BENCHMARKS_CALLS_H
@@ -11,10 +12,10 @@
 
 #include "session.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
-// One thread of a consumer: its arguments, and where the target's answers would arrive. Queues the
-// buffer at `bufferIndex`; that is its own.
+// One thread of a consumer: its arguments, and the variables for the target's answers. The buffer
+// at `bufferIndex` is the one that it queues.
 class Consumer {
  public:
   Consumer(const Session& session, std::size_t bufferIndex);
@@ -24,11 +25,11 @@ class Consumer {
   void GetBufferInfoString();
   void GetBufferInfoSize();
   void GetBufferInfoPointer();
-  // As many bytes as SetPortSize said.
+  // Reads as many bytes as SetPortSize was given.
   void ReadPort();
   void ReadPortStacked();
   void RegisterAndUnregister();
-  // What a fast consumer calls for each frame.
+  // Makes all calls of a fast consumer for one frame.
   void Frame();
 
   void SetPortSize(std::size_t bytes);
@@ -49,16 +50,18 @@ class Consumer {
   std::array<PORT_REGISTER_STACK_ENTRY, 16> entries_{};
 };
 
+inline constexpr std::size_t kPortSizeOfSmallCalls = 4;
+
 struct Case {
   std::string_view name;
   void (Consumer::*run)();
-  std::size_t portSize = 4;
-  // Small calls run in a microsecond or so; their cost is held to the bars for small functions.
+  std::size_t portSize = kPortSizeOfSmallCalls;
+  // The bars for small calls apply. Such a call takes about a microsecond.
   bool isSmall = true;
 };
 
 [[nodiscard]] std::span<const Case> Cases();
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench
 
 #endif  // VEXTREL_BENCHMARKS_CALLS_H

@@ -1,4 +1,5 @@
-// A consumer that loads the producer named on its command line, makes one call, and ends.
+// SPDX-License-Identifier: MIT
+// A consumer that loads the producer named on its command line, makes its first calls, and ends.
 #include <cstdlib>
 
 #include "gentl/gentl.h"

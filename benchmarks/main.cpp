@@ -1,4 +1,5 @@
-// Runs the benchmarks that the command line asks for, see Google Benchmark's own options.
+// SPDX-License-Identifier: MIT
+// Runs the benchmarks. Takes Google Benchmark's options.
 #include <benchmark/benchmark.h>
 
 #include "benchmarks.h"
@@ -8,9 +9,9 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
     return 1;
   }
-  vextrel_benchmark::RegisterRenderingBenchmarks();
-  vextrel_benchmark::RegisterStartBenchmarks();
-  const auto sessions = vextrel_benchmark::RegisterCallBenchmarks();
+  vextrel_bench::RegisterRenderingBenchmarks();
+  vextrel_bench::RegisterStartBenchmarks();
+  const auto sessions = vextrel_bench::RegisterCallBenchmarks();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -1,5 +1,6 @@
-// The renderers alone: "render/...". The byte dump stands beside the straightforward way to write
-// it, and beside filling a string of its size, which is as fast as any text can be made.
+// SPDX-License-Identifier: MIT
+// The renderers alone, "render/...". The byte dump is compared with writing it through a stream and
+// with filling a string of its size, which no way of writing can beat.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -9,12 +10,13 @@
 #include <vector>
 
 #include "benchmarks.h"
+#include "calllog/byte_dump.h"
 #include "calllog/info_rendering.h"
 #include "calllog/line_format.h"
 #include "calllog/port_rendering.h"
 #include "calllog/value_names.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 namespace {
 
 using namespace vextrel;
@@ -84,4 +86,4 @@ void RegisterRenderingBenchmarks() {
   });
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

@@ -1,10 +1,13 @@
-# Turns Google Benchmark's output into the table and the bars of scripts/bench.
+# SPDX-License-Identifier: MIT
+# Makes the table and the bars of scripts/bench from the output of Google Benchmark.
 #
-# L is log4cpp writing the same lines ready-made ("bare-..."). A call's own share is what tracing it
-# costs beyond the direct call and L, as a part of L.
+# L is log4cpp writing the same lines, ready-made ("bare-..."). The own share of a call is what it costs
+# beyond the direct call and L, as a fraction of L.
 #
-# The figures are medians over the rounds; of the repetitions within a round the fastest counts, the
-# one that the rest of the machine disturbed least.
+# "extended-..." and "timed-..." are the extended module, its timing lines silent or written.
+#
+# The figures are medians over the rounds. Within a round, the fastest repetition counts: it's the one
+# that the rest of the machine disturbed least.
 
 def median: sort | (.[(length - 1) / 2 | floor] + .[length / 2 | floor]) / 2;
 
@@ -32,10 +35,15 @@ def time:
 def small: ["DSQueueBuffer", "EventGetData/8", "DSGetBufferInfo/STRING", "DSGetBufferInfo/SIZET",
             "DSGetBufferInfo/PTR", "GCReadPort/4", "GCRegisterEvent+GCUnregisterEvent", "frame"];
 
-def share($m; $case; $layout):
-  if $m["call/\($case)/\($layout)"] == null then null else
-  ($m["call/\($case)/\($layout)"] - $m["call/\($case)/direct"])
+def layouts: ["basic", "pattern", "fast"];
+
+# $edition is "" or "extended-".
+def share($m; $case; $edition; $layout):
+  if $m["call/\($case)/\($edition)\($layout)"] == null then null else
+  ($m["call/\($case)/\($edition)\($layout)"] - $m["call/\($case)/direct"])
   / $m["call/\($case)/bare-\($layout)"] - 1 end;
+
+def share($m; $case; $layout): share($m; $case; ""; $layout);
 
 def bar($what; $value; $limit; $digits):
   {what: $what, value: $value, limit: $limit, met: ($value <= $limit),
@@ -56,9 +64,17 @@ def bars($m):
    (("basic", "pattern", "fast") as $layout
     | bar("GCReadPort/1MiB, \($layout), in L";
           $m["call/GCReadPort/1MiB/\($layout)"] / $m["call/GCReadPort/1MiB/bare-\($layout)"];
-          1.15; 3))];
-
-def layouts: ["basic", "pattern", "fast"];
+          1.15; 3)),
+   (small[] as $case
+    | bar("the extended module beyond the other one, \($case) with INFO off, in L";
+          ($m["call/\($case)/extended-off"] - $m["call/\($case)/off"])
+          / $m["call/\($case)/bare-basic"]; 0.01; 4)),
+   (small[] as $case | layouts[] as $layout
+    | bar("\($case) with timing lines, \($layout), in L";
+          $m["call/\($case)/timed-\($layout)"] / $m["call/\($case)/bare-\($layout)"]; 3.2; 2)),
+   (("", "extended-") as $edition | layouts[] as $layout
+    | bar("own share of GCReadPortStacked/16, \($edition)\($layout), in L";
+          share($m; "GCReadPortStacked/16"; $edition; $layout); 0.2; 3))];
 
 def big: ["GCReadPortStacked/16", "GCReadPort/4KiB", "GCReadPort/1MiB", "GCReadPort/64MiB"];
 
@@ -71,6 +87,18 @@ def call_table($m):
          | ($m["\($key)/\($layout)"] | time | lead(12))
            + ($m["\($key)/bare-\($layout)"] | time | lead(12))
            + (share($m; $case; $layout) | fixed(3) | lead(7))] | add));
+
+def extended_table($m):
+  ("\("the extended module" | pad(34))\("off" | lead(8))\("silent" | lead(11))"
+   + ([layouts[] | lead(12) + ("share" | lead(7)) + ("timed" | lead(12)) + ("in L" | lead(7))] | add)),
+  ((small + ["GCReadPortStacked/16"])[] as $case | "call/\($case)" as $key
+   | "\($case | pad(34))\($m[$key + "/off"] | time | lead(8))\($m[$key + "/extended-off"] | time | lead(11))"
+     + ([layouts[] as $layout
+         | ($m["\($key)/extended-\($layout)"] | time | lead(12))
+           + (share($m; $case; "extended-"; $layout) | fixed(3) | lead(7))
+           + ($m["\($key)/timed-\($layout)"] | time | lead(12))
+           + ($m["\($key)/timed-\($layout)"] / $m["\($key)/bare-\($layout)"] | fixed(2) | lead(7))]
+        | add));
 
 def thread_table($m):
   ("\("calls by threads" | pad(34))\("direct" | lead(8))\("off" | lead(11))"
@@ -91,7 +119,7 @@ def other_table($m):
 
 medians as $m
 | bars($m) as $bars
-| call_table($m), "", thread_table($m), "", other_table($m), "",
+| call_table($m), "", extended_table($m), "", thread_table($m), "", other_table($m), "",
   ($bars[] | "\(if .met then "met   " else "MISSED" end)  \(.what): \(.text)"),
   "",
   "\([$bars[] | select(.met)] | length) of \($bars | length) bars met"

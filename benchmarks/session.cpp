@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "session.h"
 
 #include <cstdio>
@@ -6,13 +7,20 @@
 #include <string>
 #include <type_traits>
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 namespace {
 
 using vextrel_test::SetVariable;
 
 std::filesystem::path BuildFolder() {
   return vextrel_test::ProgramFolder().parent_path();
+}
+
+const char* ModuleFile(Mode mode, Edition edition) {
+  if (mode == Mode::Direct) {
+    return "do_nothing_target.cti";
+  }
+  return edition == Edition::Plain ? "vextrel.cti" : "vextrel_extended.cti";
 }
 
 [[noreturn]] void Fail(const std::string& what) {
@@ -25,6 +33,11 @@ std::filesystem::path BuildFolder() {
 std::string_view ModeName(Mode mode) {
   constexpr std::string_view names[] = {"direct", "off", "basic", "pattern", "fast"};
   return names[static_cast<std::size_t>(mode)];
+}
+
+std::string SessionName(Mode mode, Edition edition) {
+  constexpr std::string_view prefixes[] = {"", "extended-", "timed-"};
+  return std::string(prefixes[static_cast<std::size_t>(edition)]).append(ModeName(mode));
 }
 
 std::string_view LayoutOf(Mode mode) {
@@ -46,13 +59,12 @@ std::filesystem::path ScratchFolder() {
   return folder;
 }
 
-Session::Session(Mode mode, std::size_t buffers) : buffers_(buffers) {
+Session::Session(Mode mode, Edition edition, std::size_t buffers) : buffers_(buffers) {
   static int sessions = 0;
-  const std::string name = std::string(ModeName(mode)) + std::to_string(++sessions);
+  const std::string name = SessionName(mode, edition) + std::to_string(++sessions);
   copy_ = ScratchFolder() / (name + ".cti");
-  std::filesystem::copy_file(
-      BuildFolder() / (mode == Mode::Direct ? "do_nothing_target.cti" : "vextrel.cti"), copy_,
-      std::filesystem::copy_options::overwrite_existing);
+  std::filesystem::copy_file(BuildFolder() / ModuleFile(mode, edition), copy_,
+                             std::filesystem::copy_options::overwrite_existing);
   logFile_ = ScratchFolder() / (name + ".log");
   std::filesystem::remove(logFile_);
 
@@ -60,7 +72,8 @@ Session::Session(Mode mode, std::size_t buffers) : buffers_(buffers) {
   std::ofstream(config) << "rootCategory=" << (mode == Mode::Off ? "WARN" : "INFO")
                         << ", file\nappender.file=FileAppender\nappender.file.fileName="
                         << logFile_.string() << '\n'
-                        << LayoutOf(mode);
+                        << LayoutOf(mode)
+                        << (edition == Edition::Timed ? "category.Vextrel.Timing=DEBUG\n" : "");
   SetVariable("GENICAM_GENTL64_VEXTREL_PRODUCER",
               (BuildFolder() / "do_nothing_target.cti").string().c_str());
   SetVariable("GENICAM_GENTL64_VEXTREL_LOG_CONFIG", config.string().c_str());
@@ -112,4 +125,4 @@ void Session::Load(const std::filesystem::path& path) {
   });
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

@@ -1,4 +1,5 @@
-// A proxy in front of a target that does nothing, and a tree of handles that is open in it.
+// SPDX-License-Identifier: MIT
+// A proxy in front of a target that does nothing, with a tree of open handles.
 #ifndef VEXTREL_BENCHMARKS_SESSION_H
 #define VEXTREL_BENCHMARKS_SESSION_H
 
@@ -6,15 +7,16 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "support/gentl_functions.h"
 #include "support/system.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
 enum class Mode {
-  Direct,   // the target itself
+  Direct,   // the target without the proxy
   Off,      // the proxy, INFO switched off
   Basic,    // the proxy, logging to a file with BasicLayout
   Pattern,  // the proxy, logging as config/file.properties does: date and thread
@@ -23,24 +25,34 @@ enum class Mode {
 
 [[nodiscard]] std::string_view ModeName(Mode mode);
 
-// The lines of log4cpp's configuration that give appender.file its layout in that mode.
+enum class Edition {
+  Plain,     // vextrel.cti
+  Extended,  // vextrel_extended.cti, its timing lines silent
+  Timed      // the same with timing lines
+};
+
+// "extended-off" and so on; the mode's name alone for Edition::Plain.
+[[nodiscard]] std::string SessionName(Mode mode, Edition edition);
+
+// The lines of a log4cpp configuration that set the layout of appender.file.
 [[nodiscard]] std::string_view LayoutOf(Mode mode);
 
-// A folder for log files beside the running program.
+// A folder for log files next to the running program.
 [[nodiscard]] std::filesystem::path ScratchFolder();
 
-// Makes its own copy of the product: each has a log4cpp of its own, so that several can be
-// configured in one process. Announces `buffers` buffers, whose handles are 1 to `buffers`.
+// Loads a copy of the module, so that each session of the process has a log4cpp of its own.
+// Announces `buffers` buffers, whose handles are BufferHandle(0) to BufferHandle(buffers - 1).
 class Session {
  public:
-  explicit Session(Mode mode, std::size_t buffers = 16);
+  // REQUIRES: `edition` is Edition::Plain if `mode` is Mode::Direct.
+  explicit Session(Mode mode, Edition edition = Edition::Plain, std::size_t buffers = 16);
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  [[nodiscard]] const vextrel_test::GenTLFunctions& functions() const { return functions_; }
-  [[nodiscard]] std::size_t buffers() const { return buffers_; }
-  [[nodiscard]] const std::filesystem::path& logFile() const { return logFile_; }
+  [[nodiscard]] const vextrel_test::GenTLFunctions& Functions() const { return functions_; }
+  [[nodiscard]] std::size_t Buffers() const { return buffers_; }
+  [[nodiscard]] const std::filesystem::path& LogFile() const { return logFile_; }
 
  private:
   void Load(const std::filesystem::path& path);
@@ -52,7 +64,7 @@ class Session {
   vextrel_test::GenTLFunctions functions_;
 };
 
-// What all sessions' trees are made of.
+// The handles of all sessions.
 [[nodiscard]] inline void* Handle(std::size_t value) {
   return reinterpret_cast<void*>(value);
 }
@@ -66,6 +78,6 @@ inline constexpr std::size_t kNewBufferEvent = 0x7F0000006000;
   return Handle(0x7F0000010000 + index * 0x100);
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench
 
 #endif  // VEXTREL_BENCHMARKS_SESSION_H

@@ -1,4 +1,5 @@
-// From the start of a consumer's process to its first forwarded call: "start/...".
+// SPDX-License-Identifier: MIT
+// The time from the start of a consumer's process to its end after the first calls, "start/...".
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -10,7 +11,7 @@
 #include "start.h"
 #include "support/system.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 namespace {
 
 constexpr int kStarts = 20;
@@ -48,4 +49,4 @@ void RegisterStartBenchmarks() {
   add("start/basic", "vextrel.cti");
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

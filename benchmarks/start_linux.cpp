@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -6,7 +7,7 @@
 
 #include "start.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
 const char* FirstCallProgram() {
   return "first_call";
@@ -23,4 +24,4 @@ bool RunProgram(const std::filesystem::path& program, const std::filesystem::pat
   return waitpid(process, &status, 0) == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include <windows.h>
 
 #include <string>
 
 #include "start.h"
 
-namespace vextrel_benchmark {
+namespace vextrel_bench {
 
 const char* FirstCallProgram() {
   return "first_call.exe";
@@ -27,4 +28,4 @@ bool RunProgram(const std::filesystem::path& program, const std::filesystem::pat
   return exitCode == 0;
 }
 
-}  // namespace vextrel_benchmark
+}  // namespace vextrel_bench

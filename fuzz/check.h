@@ -1,4 +1,5 @@
-// What every fuzzer ends a failed comparison with: the sanitizers' report shows where.
+// SPDX-License-Identifier: MIT
+// Comparisons that end the fuzzer when they fail; the sanitizer's report shows where.
 #ifndef VEXTREL_FUZZ_CHECK_H
 #define VEXTREL_FUZZ_CHECK_H
 

@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: MIT
 // The expansion of references, against a model that searches the text in its own way.
-#include "lifecycle/environment.h"
+#include "environment/environment.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

@@ -1,4 +1,5 @@
-// Memory of exactly the size that may be read: one byte more, and the address sanitizer reports it.
+// SPDX-License-Identifier: MIT
+// Memory of exactly the size that may be read: the address sanitizer reports one byte more.
 #ifndef VEXTREL_FUZZ_EXACT_MEMORY_H
 #define VEXTREL_FUZZ_EXACT_MEMORY_H
 
@@ -9,7 +10,7 @@
 
 namespace vextrel_fuzz {
 
-// A copy of the bytes that ends where its block ends and begins `shift` bytes behind its beginning,
+// A copy of the bytes that ends where its block ends and begins `shift` bytes after its start,
 // so that it lies aligned or not.
 class ExactMemory {
  public:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "harmless_config.h"
 
 #include <Properties.hh>
@@ -15,7 +16,7 @@ namespace {
 bool IsHarmfulType(std::string_view value) {
   constexpr std::array<std::string_view, 3> harmful = {"AbortAppender", "SyslogAppender",
                                                        "LocalSyslogAppender"};
-  // log4cpp takes what stands behind the last dot for the type.
+  // log4cpp takes what follows the last dot for the type.
   const std::string_view type = value.substr(value.rfind('.') + 1);
   return std::find(harmful.begin(), harmful.end(), type) != harmful.end();
 }
@@ -31,7 +32,8 @@ bool HasLongNumber(std::string_view value, std::size_t most) {
   return false;
 }
 
-// What log4cpp has room for is 99 characters; names of months and days are of several lengths.
+// log4cpp has room for 99 characters. The limit here is lower: names of months and days vary in
+// length.
 bool IsLongDate(std::string format) {
   if (format.empty()) {
     return false;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which configurations a fuzzer may load.
 #ifndef VEXTREL_FUZZ_HARMLESS_CONFIG_H
 #define VEXTREL_FUZZ_HARMLESS_CONFIG_H

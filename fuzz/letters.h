@@ -1,4 +1,5 @@
-// Texts to put into a line.
+// SPDX-License-Identifier: MIT
+// Random texts for a line.
 #ifndef VEXTREL_FUZZ_LETTERS_H
 #define VEXTREL_FUZZ_LETTERS_H
 
@@ -8,7 +9,7 @@
 
 namespace vextrel_fuzz {
 
-// Short ones, and such that a line is written in the way of the long ones.
+// Short texts, and some long enough for a line to take the path of long lines.
 inline std::string Letters(FuzzedDataProvider& data) {
   const std::string piece = data.ConsumeRandomLengthString(24);
   std::string text;

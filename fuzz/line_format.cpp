@@ -1,14 +1,11 @@
-// The line formatter with random formats and values, against the C library's own formatting.
+// SPDX-License-Identifier: MIT
+// The line formatter with random formats and values, against the model's printf.
 #include "calllog/line_format.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include <array>
-#include <cinttypes>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -18,6 +15,7 @@
 #include "check.h"
 #include "exact_memory.h"
 #include "letters.h"
+#include "model/windows_printf.h"
 
 namespace {
 
@@ -27,6 +25,7 @@ using vextrel::FormatValue;
 using vextrel_fuzz::CheckText;
 using vextrel_fuzz::ExactMemory;
 using vextrel_fuzz::Letters;
+namespace model = vextrel_test::model;
 
 struct Known {
   std::string_view text;
@@ -38,8 +37,7 @@ constexpr Known kKnown[] = {
     {"llx", Conversion::Hex64},
 };
 
-// A format that is in order: percent signs of no conversion are left out, and so are conversions
-// beyond the most that a line may have.
+// A valid format: leaves out stray percent signs and conversions beyond the limit of a line.
 struct Format {
   explicit Format(std::string_view input) {
     std::size_t literal = 0;
@@ -73,27 +71,23 @@ struct Format {
   std::vector<FormatPiece> pieces;
 };
 
-// A value for the formatter, and what it is to the model.
+// A value for the formatter, and the same for the model.
 struct Value {
-  FormatValue value;
-  std::uint64_t bits;
-  std::string text;  // under %s
+  FormatValue given;
+  model::Value expected;
 };
-
-std::uint64_t Bits(const void* address) {
-  return reinterpret_cast<std::uintptr_t>(address);
-}
 
 // The values of one line, with the memory that they refer to.
 class Values {
  public:
   explicit Values(FuzzedDataProvider& data) : data_(data) {}
 
-  // Something that may stand under the conversion, at its place or misplaced.
+  // A value that the conversion can show, in place or misplaced.
   Value Make(Conversion conversion) {
+    const bool isText = conversion == Conversion::Text;
     switch (data_.ConsumeIntegralInRange(0, 8)) {
       case 0:
-        return {vextrel::noValue, 0, "(null)"};
+        return {vextrel::kNoValue, model::Value(nullptr)};
       case 1:
         return MakeText();
       case 2:
@@ -101,87 +95,60 @@ class Values {
       case 3:
         return MakeRenderedText();
       case 4:
-        return conversion == Conversion::Text ? MakeText() : MakeAddress();
+        return isText ? MakeText() : MakeAddress();
       case 5:
         return Number(data_.ConsumeIntegral<std::uint64_t>());
       case 6:
         return Number(data_.ConsumeIntegral<std::uint32_t>());
+      // A misplaced negative number is unspecified.
       case 7:
-        // Nothing says what a negative number is under a conversion that it is not meant for.
-        return conversion == Conversion::Text ? Number(data_.ConsumeBool())
-                                              : Number(data_.ConsumeIntegral<std::int32_t>());
+        return isText ? Number(data_.ConsumeBool()) : Number(data_.ConsumeIntegral<std::int32_t>());
       default:
-        return conversion == Conversion::Text ? Number(data_.ConsumeIntegral<std::uint8_t>())
-                                              : Number(data_.ConsumeIntegral<std::int64_t>());
+        return isText ? Number(data_.ConsumeIntegral<std::uint8_t>())
+                      : Number(data_.ConsumeIntegral<std::int64_t>());
     }
   }
 
  private:
   template <typename Number>
   static Value Number(Number number) {
-    return {number, static_cast<std::uint64_t>(number),
-            std::to_string(static_cast<std::uint64_t>(number))};
+    return {number, number};
   }
 
   Value MakeAddress() {
-    const auto address = data_.ConsumeIntegral<std::uintptr_t>();
-    return {reinterpret_cast<const void*>(address), address, {}};
+    const auto* address = reinterpret_cast<const void*>(data_.ConsumeIntegral<std::uintptr_t>());
+    return {address, address};
   }
 
   const ExactMemory& Keep(std::string_view bytes) {
     return memory_.emplace_back(bytes, data_.ConsumeIntegralInRange<std::size_t>(0, 7));
   }
 
-  // Up to its zero byte, and not a byte further.
+  // Readable up to its zero byte and not a byte further.
   Value MakeText() {
     const std::string letters = Letters(data_).c_str();
     const char* text = Keep({letters.c_str(), letters.size() + 1}).data();
-    return {text, Bits(text), letters};
+    return {text, text};
   }
 
-  // No zero byte is needed at its end; one inside ends it.
+  // Needs no terminating zero byte; one inside ends it.
   Value MakeSizedText() {
     const std::string letters = Letters(data_);
     const std::string_view text(Keep(letters).data(), letters.size());
-    return {text, Bits(text.data()), letters.c_str()};
+    return {text, {letters, text.data()}};
   }
 
   Value MakeRenderedText() {
     const std::string letters = Letters(data_);
     const vextrel::RenderedText& text =
         rendered_.emplace_back(std::initializer_list<std::string_view>{letters, letters});
-    return {text, Bits(text.c_str()), (letters + letters).c_str()};
+    return {text, {letters + letters, text.c_str()}};
   }
 
   FuzzedDataProvider& data_;
   std::deque<ExactMemory> memory_;
   std::deque<vextrel::RenderedText> rendered_;
 };
-
-std::string Expected(Conversion conversion, const Value& value) {
-  const auto low32 = static_cast<std::uint32_t>(value.bits);
-  std::array<char, 32> text{};
-  switch (conversion) {
-    case Conversion::Text:
-      return value.text;
-    case Conversion::Pointer:
-      std::snprintf(text.data(), text.size(), "%016" PRIX64, value.bits);
-      break;
-    case Conversion::Unsigned32:
-      std::snprintf(text.data(), text.size(), "%" PRIu32, low32);
-      break;
-    case Conversion::Signed32:
-      std::snprintf(text.data(), text.size(), "%" PRId32, static_cast<std::int32_t>(low32));
-      break;
-    case Conversion::Hex32:
-      std::snprintf(text.data(), text.size(), "%" PRIx32, low32);
-      break;
-    case Conversion::Hex64:
-      std::snprintf(text.data(), text.size(), "%" PRIx64, value.bits);
-      break;
-  }
-  return text.data();
-}
 
 }  // namespace
 
@@ -190,16 +157,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const Format format(data.ConsumeRandomLengthString(400));
   Values values(data);
   std::vector<FormatValue> given;
-  std::string expected;
-  std::size_t at = 0;
+  std::vector<model::Value> expected;
   for (const FormatPiece& piece : format.pieces) {
     const Value value = values.Make(piece.conversion);
-    given.push_back(value.value);
-    expected.append(format.text, at, piece.literalSize);
-    expected += Expected(piece.conversion, value);
-    at += std::size_t{piece.literalSize} + piece.conversionSize;
+    given.push_back(value.given);
+    expected.push_back(value.expected);
   }
-  expected.append(format.text, at);
-  CheckText(vextrel::FormatLine(format.text, format.pieces, given), expected);
+  CheckText(vextrel::FormatLine(format.text, format.pieces, given),
+            model::Print(format.text, expected).Text());
   return 0;
 }

@@ -1,5 +1,6 @@
-// Whole configuration files, from the file to the logged line: through the logger set-up as
-// GCInitLib calls it, and log4cpp behind it.
+// SPDX-License-Identifier: MIT
+// Whole configuration files, from the file to the logged line: through the logger setup as
+// GCInitLib calls it and on through log4cpp.
 #include <fcntl.h>
 #include <sanitizer/lsan_interface.h>
 #include <unistd.h>
@@ -115,11 +116,13 @@ void Configure(const std::string& text, Channel& channel) {
 
 // Lines of every priority that the library uses, to its own category and to the root.
 void Log() {
+  using namespace vextrel::literals;
+  constexpr auto line = "%s"_line;
   const std::string message = "a message";
   for (log4cpp::Category* category : {&vextrel::GetLogger("Vextrel"), &vextrel::GetRootLogger()}) {
-    vextrel::LogError(*category, "%s", message);
-    vextrel::LogWarn(*category, "%s", message);
-    vextrel::LogInfo(*category, "%s", message);
+    vextrel::ReportError(*category, line, message);
+    vextrel::ReportWarn(*category, line, message);
+    vextrel::ReportInfo(*category, line, message);
   }
 }
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The working folder of a fuzzer that writes files, an empty one where temporary files go.
 #ifndef VEXTREL_FUZZ_SCRATCH_FOLDER_H
 #define VEXTREL_FUZZ_SCRATCH_FOLDER_H

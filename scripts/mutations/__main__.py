@@ -1,4 +1,5 @@
-"""Plants faults in the sources, one at a time, and counts those that the tests catch."""
+# SPDX-License-Identifier: MIT
+"""Tries mutants of the sources, one at a time, and counts those that the tests kill."""
 import argparse
 import os
 import pathlib
@@ -6,7 +7,7 @@ import sys
 import threading
 import time
 
-import faults
+import mutants
 from workshop import OutsideWorkshop, Trouble, Workshop
 
 _HERE = pathlib.Path(__file__).resolve().parent
@@ -18,25 +19,25 @@ _LEAST_OUTSIDE = 50.0
 def main():
     arguments = _parse()
     sources = _read_sources(_ROOT / 'src')
-    _check_harmless(sources)
-    planned = list(enumerate(faults.plan(sources, arguments.total), 1))
+    _check_equivalent(sources)
+    planned = list(enumerate(mutants.plan(sources, arguments.total), 1))
     if arguments.only:
         planned = [each for each in planned if any(part in each[1].path for part in arguments.only)]
-    if arguments.fault:
-        planned = [each for each in planned if each[0] in arguments.fault]
+    if arguments.mutant:
+        planned = [each for each in planned if each[0] in arguments.mutant]
     if arguments.count and arguments.count < len(planned):
-        planned = faults.sample(planned, arguments.count)
+        planned = mutants.sample(planned, arguments.count)
     if not planned:
-        sys.exit('mutate: there is no such fault')
+        sys.exit('mutate: there is no such mutant')
     if arguments.list:
-        for number, fault in planned:
-            print(_describe(number, fault))
+        for number, mutant in planned:
+            print(_describe(number, mutant))
         return
     began = time.monotonic()
     try:
         results = Trial(planned, sources, arguments.jobs, OutsideWorkshop, 'outside-').run()
         if not arguments.outside:
-            missed = [(number, fault) for number, fault in planned
+            missed = [(number, mutant) for number, mutant in planned
                       if results[number][1] == 'survived']
             if missed:
                 results.update(Trial(missed, sources, arguments.jobs, Workshop, '').run())
@@ -48,62 +49,65 @@ def main():
 
 def _parse():
     parser = argparse.ArgumentParser(prog='scripts/mutate', description=(
-        'Plants faults in the sources, one at a time, in copies of the tree under build/mutate, '
-        'and counts those that the tests of the Linux build catch. The faults are generated from '
-        'the sources, spread evenly over files and kinds, and the same as long as the sources '
-        'are. Fails if a fault survives without an explanation in '
-        f'scripts/mutations/harmless.txt, or if, of 100 or more, fewer than {_LEAST:g} % are '
-        'caught.'))
-    parser.add_argument('--count', type=int, metavar='N', help='try N of the faults, evenly spread')
+        'Changes the sources in one place at a time, in copies of the tree under build/mutate, '
+        'and counts how many of these mutants the tests of the Linux build kill. The mutants are '
+        'spread evenly over files and kinds, and stay the same as long as the sources do. Fails '
+        'if a mutant survives that scripts/mutations/equivalent.txt does not explain, or if the '
+        f'tests kill less than {_LEAST:g} % of 100 mutants or more.'))
+    parser.add_argument('--count', type=int, metavar='N',
+                        help='try N of the mutants, spread evenly')
     parser.add_argument('--only', metavar='FILE', action='append',
-                        help='try those in files with FILE in their path')
-    parser.add_argument('--fault', type=int, metavar='N', action='append', help='try number N')
+                        help='try only mutants of files with FILE in their path')
+    parser.add_argument('--mutant', type=int, metavar='N', action='append',
+                        help='try only mutant number N')
     parser.add_argument('--outside', action='store_true',
-                        help='run nothing but the tests that need the module alone; fails if they '
-                        f'catch fewer than {_LEAST_OUTSIDE:g} %%')
-    parser.add_argument('--list', action='store_true', help='list the faults, try none')
+                        help='run only the tests that need nothing but the module; fails if they '
+                        f'kill less than {_LEAST_OUTSIDE:g} %%')
+    parser.add_argument('--list', action='store_true', help='list the mutants without trying them')
     parser.add_argument('--total', type=int, default=290, metavar='N',
-                        help='plan about N faults in all (290)')
+                        help='make about N mutants in all (290)')
     parser.add_argument('--jobs', type=int, metavar='N',
-                        help='copies of the tree (one a processor, or one for less than 40 faults)')
+                        help='use N copies of the tree (default: one for each processor, or a '
+                        'single one for less than 40 mutants)')
     return parser.parse_args()
 
 
 def _read_sources(folder):
-    """The other system's files are no part of the Linux build."""
+    """All sources by name, except the files that the Linux build doesn't have."""
     paths = [path for path in sorted((*folder.rglob('*.cpp'), *folder.rglob('*.h')))
              if not path.stem.endswith('_windows')]
-    enumerations = faults.enumerations((folder / 'gentl' / 'gentl.h').read_text())
-    names = {str(path.relative_to(folder)): path for path in paths}
-    return {name: faults.Source(name, path.read_text(), enumerations)
-            for name, path in names.items()}
+    enumerations = mutants.enumerations((folder / 'gentl' / 'gentl.h').read_text())
+    texts = {str(path.relative_to(folder)): path.read_text() for path in paths}
+    values_missing = mutants.values_missing(texts.values())
+    return {name: mutants.Source(name, text, enumerations, values_missing)
+            for name, text in texts.items()}
 
 
-def _describe(number, fault):
-    return f'{number:4} {fault.path}:{fault.line} {fault.kind}\n' \
-           f'       - {fault.before}\n       + {fault.after}' + _hidden_part(fault)
+def _describe(number, mutant):
+    return f'{number:4} {mutant.path}:{mutant.line} {mutant.kind}\n' \
+           f'       - {mutant.before}\n       + {mutant.after}' + _hidden_part(mutant)
 
 
-def _hidden_part(fault):
-    """A change that the first line does not show."""
-    if fault.before != fault.after:
+def _hidden_part(mutant):
+    """The change itself, if the first line doesn't show it."""
+    if mutant.before != mutant.after:
         return ''
-    return f'\n       ({" ".join(fault.was.split())} -> {" ".join(fault.text.split())})'
+    return f'\n       ({" ".join(mutant.was.split())} -> {" ".join(mutant.text.split())})'
 
 
-def _read_harmless():
-    """Each explained survivor's key; the lines of its explanation are indented."""
-    path = _HERE / 'harmless.txt'
+def _read_equivalent():
+    """The keys of the explained mutants. Lines of an explanation are indented."""
+    path = _HERE / 'equivalent.txt'
     lines = path.read_text().splitlines() if path.exists() else []
     return {line for line in lines if line and not line.startswith((' ', '#'))}
 
 
-def _check_harmless(sources):
-    """An explanation goes with the line that it explains."""
-    possible = {fault.key() for source in sources.values() for fault in source.faults}
-    outdated = sorted(_read_harmless() - possible)
+def _check_equivalent(sources):
+    """Exits if a mutant is explained that can't be made any more."""
+    possible = {mutant.key() for source in sources.values() for mutant in source.mutants}
+    outdated = sorted(_read_equivalent() - possible)
     if outdated:
-        sys.exit('mutate: harmless.txt explains what cannot be planted any more:\n' +
+        sys.exit('mutate: equivalent.txt explains mutants that cannot be made any more:\n' +
                  '\n'.join(outdated))
 
 
@@ -119,15 +123,15 @@ class Trial:
         self.results = {}
         self.lock = threading.Lock()
         self.groups = {}
-        for turn, (number, fault) in enumerate(planned):
-            # What everything is built from takes longest: all copies take part.
-            part = turn % jobs if fault.path.endswith('gentl.h') else 0
-            self.groups.setdefault((fault.path, part), []).append((number, fault))
+        for turn, (number, mutant) in enumerate(planned):
+            # A file that everything includes takes longest, so all copies share it.
+            part = turn % jobs if mutant.path.endswith(('gentl.h', 'log_text.h')) else 0
+            self.groups.setdefault((mutant.path, part), []).append((number, mutant))
         self.jobs = min(jobs, len(self.groups))
         self.trouble = None
 
     def run(self):
-        """By each fault's number, the fault and what became of it."""
+        """For each mutant's number, the mutant and its outcome."""
         workers = [threading.Thread(target=self._work, args=(number,), daemon=True)
                    for number in range(self.jobs)]
         for worker in workers:
@@ -144,61 +148,61 @@ class Trial:
                 _ROOT, _ROOT / 'build' / 'mutate' / f'{self.folder}{number}', self.threads)
             workshop.prepare()
             while (group := self._next_group()) is not None:
-                for fault_number, fault in group:
-                    self._try(workshop, fault_number, fault)
+                for mutant_number, mutant in group:
+                    self._try(workshop, mutant_number, mutant)
                 workshop.restore()
-            if self.trouble is None:  # nothing was left behind that the tests could have caught
+            if self.trouble is None:  # the copy is what it was
                 workshop.check()
         except (Trouble, OSError) as trouble:
             with self.lock:
                 self.trouble = self.trouble or Trouble(trouble)
 
     def _next_group(self):
-        """A file's faults together, the longest lists first: what it touches is built again once."""
+        """The mutants of one file, so that its dependents are rebuilt once; longest list first."""
         with self.lock:
             if self.trouble is not None or not self.groups:
                 return None
             return self.groups.pop(max(self.groups, key=lambda key: (len(self.groups[key]), key)))
 
-    def _try(self, workshop, number, fault):
+    def _try(self, workshop, number, mutant):
         if self.trouble is not None:
             return
         began = time.monotonic()
-        outcome, by = workshop.try_fault(fault, self.sources[fault.path].text)
+        outcome, by = workshop.try_mutant(mutant, self.sources[mutant.path].text)
         with self.lock:
-            self.results[number] = fault, outcome
+            self.results[number] = mutant, outcome
             print(f'[{len(self.results)}/{self.total}] {number} {outcome}'
-                  f'{f" by {by}" if by else ""}: {fault.path}:{fault.line} {fault.kind}'
+                  f'{f" by {by}" if by else ""}: {mutant.path}:{mutant.line} {mutant.kind}'
                   f' ({time.monotonic() - began:.1f} s)', flush=True)
 
 
 def _report_outside(results, seconds):
     refused = sum(outcome == 'refused' for _, outcome in results.values())
     missed = sum(outcome == 'survived' for _, outcome in results.values())
-    planted = len(results) - refused
-    print(f'{planted} faults planted, {planted - missed} caught by the tests from outside alone; '
+    built = len(results) - refused
+    print(f'{built} mutants, {built - missed} killed by the tests that need only the module; '
           f'{refused} more refused by the compiler; {seconds:.0f} s')
-    return planted == 0 or 100 * (planted - missed) < _LEAST_OUTSIDE * planted
+    return built == 0 or 100 * (built - missed) < _LEAST_OUTSIDE * built
 
 
 def _report(results, seconds):
-    harmless = _read_harmless()
-    survivors = sorted((number, fault) for number, (fault, outcome) in results.items()
+    equivalent = _read_equivalent()
+    survivors = sorted((number, mutant) for number, (mutant, outcome) in results.items()
                        if outcome == 'survived')
     refused = sum(outcome == 'refused' for _, outcome in results.values())
-    planted = len(results) - refused
-    caught = planted - len(survivors)
-    explained = [each for each in survivors if each[1].key() in harmless]
-    for number, fault in survivors:
-        print(f'survived{", as explained" if fault.key() in harmless else ""}:\n'
-              f'{_describe(number, fault)}')
-        if fault.key() not in harmless:
-            print(f'       {fault.key()}')
-    rate = 100 * caught / planted if planted else 100.0
-    print(f'{planted} faults planted, {caught} caught ({rate:.1f} %), '
-          f'{len(survivors)} survived ({len(explained)} as explained); '
+    built = len(results) - refused
+    killed = built - len(survivors)
+    explained = [each for each in survivors if each[1].key() in equivalent]
+    for number, mutant in survivors:
+        print(f'survived{", equivalent" if mutant.key() in equivalent else ""}:\n'
+              f'{_describe(number, mutant)}')
+        if mutant.key() not in equivalent:
+            print(f'       {mutant.key()}')
+    score = 100 * killed / built if built else 100.0
+    print(f'{built} mutants, {killed} killed ({score:.1f} %), '
+          f'{len(survivors)} survived ({len(explained)} of them equivalent); '
           f'{refused} more refused by the compiler; {seconds:.0f} s')
-    return len(explained) < len(survivors) or planted >= 100 and rate < _LEAST
+    return len(explained) < len(survivors) or built >= 100 and score < _LEAST
 
 
 main()

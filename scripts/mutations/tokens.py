@@ -1,4 +1,5 @@
-"""C++ as far as planting faults needs it: tokens with their places, and which bracket closes which."""
+# SPDX-License-Identifier: MIT
+"""C++ tokens with their places, and which bracket closes which."""
 import re
 
 _TOKEN = re.compile(
@@ -36,7 +37,7 @@ class Token:
 
 
 def tokenize(source):
-    """The tokens that are code: no comments, directives, attributes, static assertions."""
+    """The tokens of the code, without comments, directives, attributes, and static assertions."""
     tokens = []
     for match in _TOKEN.finditer(source):
         kind = match.lastgroup if match.lastgroup != 'mark' else 'raw'
@@ -67,7 +68,7 @@ def _is_apart(tokens, index):
 
 
 def _apart(tokens):
-    """The parts that say nothing about what the program does."""
+    """The parts that don't change what the program does."""
     cached = getattr(tokens[0], 'apart', None) if tokens else []
     if cached is not None:
         return cached

@@ -1,4 +1,5 @@
-"""A copy of the tree with a build of its own, in which one fault at a time is planted."""
+# SPDX-License-Identifier: MIT
+"""Copies of the tree, each with a build of its own, in which one mutant at a time is tried."""
 import concurrent.futures
 import json
 import os
@@ -13,12 +14,12 @@ _LEFT_OUT = frozenset(('build', '.git'))
 _KNOWN_PROPERTIES = frozenset((
     'COST', 'ENVIRONMENT', 'LABELS', 'PROCESSORS', 'RUN_SERIAL', 'SKIP_REGULAR_EXPRESSION',
     'SKIP_RETURN_CODE', 'TIMEOUT', 'WORKING_DIRECTORY'))
-# What a fault in a loop may use up.
+# What a mutant that loops may use.
 _LIMITED = ('prlimit', f'--as={16 << 30}', f'--fsize={2 << 30}', '--core=0')
 
 
 class Trouble(Exception):
-    """Something is wrong with the tree or the machine, not with a fault."""
+    """Something is wrong with the tree or the machine, not with a mutant."""
 
 
 class Test:
@@ -60,7 +61,7 @@ def _end_group(group):
 
 
 class Workshop:
-    """The copy, its build and its tests."""
+    """A copy of the tree, its build, and its tests."""
     _targets = ()  # all
 
     def __init__(self, root, folder, threads):
@@ -68,59 +69,59 @@ class Workshop:
         self.build = folder / 'build'
         self.threads = threads
         self.tests = []
-        self._reads = {}  # by test program, the files that it is built from
-        self._planted = None
+        self._reads = {}  # for each test program, the files that it is built from
+        self._mutated = None
         _mirror(root, self.tree)
 
     def prepare(self):
-        """Builds, and sees all tests pass before there is any fault."""
+        """Builds the copy, and runs all tests without a mutant."""
         self._configure()
         self._run(*self._ninja())
         self.tests, self._reads = self._tests_of(self.build)
         self._see_them_pass()
 
     def check(self):
-        """Without a fault, all tests pass."""
+        """Raises Trouble if a test fails without a mutant."""
         failed = self._first_failure(self.tests)
         if failed is not None:
-            raise Trouble(f'{failed.name} fails although no fault is planted (in {self.build})')
+            raise Trouble(f'{failed.name} fails without a mutant (in {self.build})')
 
-    def try_fault(self, fault, source):
-        """What becomes of it: ('refused', None), ('caught', by whom) or ('survived', None). The
-        tests that see it through the module alone have missed it already."""
-        self._plant(fault, source)
+    def try_mutant(self, mutant, source):
+        """The mutant's outcome: ('refused', None), ('killed', by whom), or ('survived', None).
+        REQUIRES: the tests that need only the module haven't killed it."""
+        self._write(mutant, source)
         if not self._builds(*self._targets):
-            return 'caught', 'a test that does not compile'
-        path = self.tree / 'src' / fault.path
+            return 'killed', 'a test that does not compile'
+        path = self.tree / 'src' / mutant.path
         return self._outcome([test for test in self.tests
                               if path in self._reads.get(test.command[0], ())
-                              or not self._needs_module_alone(test, self.build, self.tree)], fault)
+                              or not self._needs_module_alone(test, self.build, self.tree)], mutant)
 
     def restore(self):
-        """Takes the fault out of the source, and out of every program that has it."""
-        if self._planted is not None:
-            path, source = self._planted
+        """Restores the source, and rebuilds everything that had the mutant."""
+        if self._mutated is not None:
+            path, source = self._mutated
             path.write_text(source)
-            self._planted = None
+            self._mutated = None
             self._run(*self._ninja(*self._targets))
 
-    def _plant(self, fault, source):
-        """In place of the last one, which is gone from whatever is built next."""
-        if self._planted is not None:
-            self._planted[0].write_text(self._planted[1])
-        path = self.tree / 'src' / fault.path
-        self._planted = path, source
-        path.write_text(fault.apply(source))
+    def _write(self, mutant, source):
+        """Writes the mutant, in place of the previous one."""
+        if self._mutated is not None:
+            self._mutated[0].write_text(self._mutated[1])
+        path = self.tree / 'src' / mutant.path
+        self._mutated = path, source
+        path.write_text(mutant.apply(source))
 
-    def _outcome(self, tests, fault):
-        failed = self._first_failure(_likely_first(tests, fault.path))
-        return ('survived', None) if failed is None else ('caught', failed.name)
+    def _outcome(self, tests, mutant):
+        failed = self._first_failure(_likely_first(tests, mutant.path))
+        return ('survived', None) if failed is None else ('killed', failed.name)
 
     def _needs_module_alone(self, test, build, root):
-        """True for a program that is linked with nothing of the product."""
+        """Returns true iff no source of the modules or of the program is linked into the test."""
         return pathlib.Path(test.command[0]).parent == build / 'tests' and not any(
-            path.suffix == '.cpp' and path.is_relative_to(root / 'src')
-            for path in self._reads[test.command[0]])
+            path.suffix == '.cpp' and path.relative_to(root).parts[0] in ('src', 'program')
+            for path in self._reads[test.command[0]] if path.is_relative_to(root))
 
     def _configure(self, *options):
         if not (self.build / 'build.ninja').exists():
@@ -130,7 +131,7 @@ class Workshop:
                       '-D', 'CMAKE_CXX_FLAGS=-O0 -w -DNDEBUG', *options)
 
     def _tests_of(self, build):
-        """The tests, and for each of their programs the files that it is built from."""
+        """The tests, and for each of their programs, the files that it is built from."""
         described = self._run('ctest', '--test-dir', build, '--show-only=json-v1')
         tests = [Test(each) for each in json.loads(described)['tests']]
         return tests, _files_by_program(build, self._run('ninja', '-C', build, '-t', 'deps'))
@@ -141,7 +142,7 @@ class Workshop:
             test.limit = min(test.limit, max(20.0, 10 * test.seconds))
 
     def _first_failure(self, tests):
-        """A failure counts when it repeats."""
+        """The first test that fails twice in a row, or None."""
         with concurrent.futures.ThreadPoolExecutor(self.threads) as pool:
             found = []
 
@@ -169,9 +170,10 @@ class Workshop:
 
 
 class OutsideWorkshop(Workshop):
-    """A copy of which only the module is built, beside copies of the Linux build's test programs:
-    those that see the sources through the module alone."""
-    _targets = ('vextrel',)
+    """A copy of which only the modules are built. Its tests are those of the Linux build that need
+    nothing else."""
+    # 'vextrel' alone is also the file that the program is built as.
+    _targets = ('vextrel.cti', 'vextrel_extended.cti')
 
     def __init__(self, root, folder, threads):
         super().__init__(root, folder, threads)
@@ -192,15 +194,15 @@ class OutsideWorkshop(Workshop):
                 self.tests.append(test)
         self._see_them_pass()
 
-    def try_fault(self, fault, source):
-        self._plant(fault, source)
+    def try_mutant(self, mutant, source):
+        self._write(mutant, source)
         if not self._builds(*self._targets):
             return 'refused', None
-        return self._outcome(self.tests, fault)
+        return self._outcome(self.tests, mutant)
 
 
 def _likely_first(tests, path):
-    """Those of the same folder, then the whole sessions; the order changes no result."""
+    """Sorts the tests: same folder first, then sessions, then fast ones. Changes no result."""
     folder = pathlib.PurePath(path).parts[0]
     return sorted(tests, key=lambda test: (f'/{folder}_' not in test.command[0],
                                            '/session_' not in test.command[0],
@@ -208,7 +210,7 @@ def _likely_first(tests, path):
 
 
 def _mirror(root, copy):
-    """Makes the copy like the tree; files that are so already keep their dates."""
+    """Makes the copy equal to the tree. Files that are equal already keep their dates."""
     wanted = set()
     for folder, folders, files in os.walk(root):
         folders[:] = [each for each in folders if each not in _LEFT_OUT]
@@ -225,7 +227,7 @@ def _mirror(root, copy):
 
 
 def _files_by_program(build, dependencies):
-    """From Ninja's files: for each program of the tests, all it is compiled and linked from."""
+    """For each test program, all files it is compiled and linked from, taken from Ninja's files."""
     reads, current = {}, None
     for line in dependencies.splitlines():
         if line.startswith('    ') and current is not None:

@@ -1,4 +1,5 @@
-"""Which faults can be planted in a source, and which of them are."""
+# SPDX-License-Identifier: MIT
+"""The mutants that can be made of a source, and the choice of those to try."""
 import re
 
 from tokens import KEYWORDS, tokenize
@@ -12,8 +13,8 @@ _EVERYWHERE = frozenset(('==', '!=', '+=', '-=', '++', '--'))  # no other meanin
 _CONVERSIONS = {'u': 'x', 'd': 'x', 'x': 'u', 'lu': 'x', 'llx': 'x'}
 
 
-class Fault:
-    """One change of one place: `begin` to `end` of the source gives way to `text`."""
+class Mutant:
+    """A source with one change: `text` in place of everything from `begin` to `end`."""
 
     def __init__(self, path, source, kind, begin, end, text):
         self.path = path
@@ -34,7 +35,7 @@ class Fault:
         return source[:self.begin] + self.text + source[self.end:]
 
     def key(self):
-        """The same as long as the line is, wherever it stands; lines that are alike are counted."""
+        """Identifies the mutant as long as its line is the same. Equal lines are counted."""
         return f'{self.path} | {self.before} | {self.after}{self.turn}'
 
 
@@ -44,25 +45,27 @@ def _first_line(source, begin):
 
 
 class Source:
-    """One source file, and the faults that can be planted in it."""
+    """A source file, and the mutants that can be made of it."""
 
-    def __init__(self, path, text, enumerations):
-        """`enumerations` are the GenTL ones, each a list of its enumerators."""
+    def __init__(self, path, text, enumerations, values_missing):
+        """`enumerations` are those of GenTL, each a list of its enumerators. `values_missing` says
+        how many conversions of a format, which it knows by name, get no value."""
         self.path = path
         self.text = text
         self.tokens = tokenize(text)
         self.enumerations = enumerations
-        self.faults = []
-        for plant in (self._texts, self._operators, self._constants, self._steps, self._conditions,
+        self.values_missing = values_missing
+        self.mutants = []
+        for make in (self._texts, self._operators, self._constants, self._steps, self._conditions,
                       self._arguments, self._operands, self._calls):
-            plant()
-        self.faults.sort(key=lambda fault: (fault.begin, fault.end, fault.kind, fault.text))
-        unique = {(fault.begin, fault.end, fault.text): fault for fault in reversed(self.faults)}
-        self.faults = sorted(unique.values(), key=lambda fault: (fault.begin, fault.end, fault.text))
+            make()
+        self.mutants.sort(key=lambda mutant: (mutant.begin, mutant.end, mutant.kind, mutant.text))
+        unique = {(each.begin, each.end, each.text): each for each in reversed(self.mutants)}
+        self.mutants = sorted(unique.values(), key=lambda each: (each.begin, each.end, each.text))
 
     def _add(self, kind, begin, end, text):
         if self.text[begin:end] != text:
-            self.faults.append(Fault(self.path, self.text, kind, begin, end, text))
+            self.mutants.append(Mutant(self.path, self.text, kind, begin, end, text))
 
     def _at(self, index):
         return self.tokens[index].text if 0 <= index < len(self.tokens) else ''
@@ -70,7 +73,7 @@ class Source:
     def _between(self, first, last):
         return self.text[self.tokens[first].begin:self.tokens[last].end]
 
-    # A letter of a text changed; a conversion of a format made another one.
+    # Changes a letter of a text, or a conversion of a format.
     def _texts(self):
         for index, token in enumerate(self.tokens):
             if token.kind not in ('string', 'char'):
@@ -87,17 +90,20 @@ class Source:
             for match in re.finditer(r'%(llx|lu|[udx])', content):
                 begin = token.begin + inner + match.start(1)
                 if self._has_no_value(index, begin):
-                    continue  # 0 looks the same in each
+                    continue  # 0 looks the same in all conversions
                 self._add('conversion', begin, begin + len(match.group(1)),
                           _CONVERSIONS[match.group(1)])
 
     def _has_no_value(self, index, begin):
-        """Whether the call has no values left for the conversion that begins there in its format."""
-        end = index
-        while end < len(self.tokens) and self._at(end) not in (')', ']', '}'):
-            end = (self.tokens[end].partner or end) + 1
-        rest = self.text[begin:self.tokens[end].begin] if end < len(self.tokens) else ''
-        return rest.count('noValue') > len(re.findall(r'%l*[a-z]', rest))
+        """Whether the conversion that begins there, in a format `kName = "...";`, gets no value."""
+        first = last = index
+        while first > 0 and self.tokens[first - 1].kind == 'string':
+            first -= 1
+        while last + 1 < len(self.tokens) and self.tokens[last + 1].kind == 'string':
+            last += 1
+        following = re.findall(r'%l*[a-z]', self.text[begin:self.tokens[last].end])
+        return self._at(first - 1) == '=' and \
+            self.values_missing.get(self._at(first - 2), 0) > len(following)
 
     def _operators(self):
         for index, token in enumerate(self.tokens):
@@ -122,7 +128,8 @@ class Source:
                 other = f'0x{value:X}' if digits.startswith('0x') else str(value)
                 self._add('constant', token.begin, token.end, other + suffix)
 
-    # A whole call, assignment or early leave left out.
+    # Leaves out a call, an assignment, or an early return. Statements follow an early return, so no
+    # function ends without a value.
     def _steps(self):
         for index, token in enumerate(self.tokens):
             if self._at(index - 1) not in (';', '{', '}') or self._at(index) in ('}', ';'):
@@ -175,7 +182,7 @@ class Source:
             index += 1
         return False
 
-    # A condition inverted, unless an operator in it says the same.
+    # Negates a condition, unless a changed operator would do the same.
     def _conditions(self):
         for index, token in enumerate(self.tokens):
             if token.text != 'if' or self._at(index + 1) != '(':
@@ -188,7 +195,7 @@ class Source:
             self._add('condition', self.tokens[first].begin, self.tokens[last].end,
                       f'!({self._between(first, last)})')
 
-    # Two arguments of a call exchanged, or one given twice.
+    # Swaps two arguments of a call, or passes one twice.
     def _arguments(self):
         for index, token in enumerate(self.tokens):
             is_call = token.text == '(' and self.tokens[index - 1].is_name() and \
@@ -203,7 +210,7 @@ class Source:
             for left, right in zip(arguments, arguments[1:]):
                 if is_call and (self._is_fixed(*left) or self._is_fixed(*right)):
                     continue
-                commutes = re.search(r'_(add|and|or)_|^(min|max)$', self._at(index - 1))
+                commutes = re.search(r'_(add|and|or)_|^(min|max|TextsOf)$', self._at(index - 1))
                 one, other = self._between(*left), self._between(*right)
                 gap = self.text[self.tokens[left[1]].end:self.tokens[right[0]].begin]
                 place = self.tokens[left[0]].begin, self.tokens[right[1]].end
@@ -212,9 +219,10 @@ class Source:
                 self._add('operand', *place, f'{one}{gap}{one}')
 
     def _is_fixed(self, first, last):
-        """Texts, functions, pointers to members: no neighbour can stand for them."""
+        """Whether it's a text, a function, or a pointer to a member: nothing can replace it."""
         return self.tokens[first].kind == 'string' or self._at(first) in ('[', '&') or \
-            self._at(last) in ('GetRootLogger', 'logger') or self._at(first) == 'CallLogger'
+            self._at(last) in ('GetRootLogger', 'logger') or self._at(first) == 'CallLogger' or \
+            self._at(first) in ('line', 'report') and self._at(first + 1) == '::'
 
     def _is_definition(self, opening):
         return self._at(self.tokens[opening].partner + 1) in ('{', 'const', 'noexcept')
@@ -234,7 +242,7 @@ class Source:
         return parts
 
     def _declares(self, first, last):
-        """Parameters are no arguments."""
+        """Whether it's a parameter, not an argument."""
         names = [self.tokens[place].kind == 'name' for place in range(first, last + 1)]
         adjoining = any(one and other for one, other in zip(names, names[1:]))
         return adjoining or self._at(last) in ('&', '*', '&&') or \
@@ -242,12 +250,13 @@ class Source:
                 self.tokens[place - 1].kind == 'name' and self.tokens[place + 1].kind == 'name' and
                 self.text[self.tokens[place].begin - 1] != ' ' for place in range(first + 1, last))
 
-    # Another member of the same object, another enumerator of the same enumeration.
+    # Uses another member of the same object, or another enumerator of the same enumeration.
     def _operands(self):
         members = [index for index, token in enumerate(self.tokens)
                    if token.is_name() and self._at(index - 1) in ('.', '->', '::') and
                    self.tokens[index - 2].is_name() and self._at(index + 1) != '(' and
-                   self._at(index - 2) not in ('std', 'ranges', 'log4cpp', 'platform', 'detail')]
+                   self._at(index - 2) not in ('std', 'ranges', 'log4cpp', 'platform', 'backend',
+                                               'detail')]
         for index in members:
             others = [self._at(other) for other in members
                       if self._at(other - 2) == self._at(index - 2)]
@@ -257,7 +266,7 @@ class Source:
                 for enumerators in self.enumerations:
                     self._add_sibling('operand', index, enumerators)
 
-    # Another function of a like name.
+    # Calls another function with a similar name.
     def _calls(self):
         called = [index for index, token in enumerate(self.tokens)
                   if token.is_name() and self._at(index + 1) == '(' and
@@ -272,7 +281,7 @@ class Source:
             self._add_sibling('call', index, others)
 
     def _add_sibling(self, kind, index, others):
-        """The next one in the file stands in for this one."""
+        """Uses the next one in the file in place of this one."""
         token = self.tokens[index]
         distinct = list(dict.fromkeys(others))
         if len(distinct) > 1 and token.text in distinct:
@@ -280,8 +289,24 @@ class Source:
             self._add(kind, token.begin, token.end, other)
 
 
+def values_missing(texts):
+    """For each format by name, how many of its conversions get no value where it is used."""
+    missing = {}
+    for text in texts:
+        tokens = tokenize(text)
+        for index in range(2, len(tokens)):
+            if tokens[index - 1].text == '::' and tokens[index - 2].text in ('line', 'report'):
+                end = index
+                while end < len(tokens) and tokens[end].text not in (')', ']', '}', ';'):
+                    end = (tokens[end].partner or end) + 1
+                count = sum(token.text == 'kNoValue' for token in tokens[index:end])
+                name = tokens[index].text
+                missing[name] = max(count, missing.get(name, 0))
+    return missing
+
+
 def enumerations(header):
-    """The enumerators of each enumeration of a header."""
+    """The enumerators of each enumeration in a header."""
     tokens = tokenize(header)
     found = []
     for index, token in enumerate(tokens):
@@ -305,21 +330,21 @@ def _other_letter(letter):
 
 
 def plan(sources, total):
-    """About `total` faults, spread over files, kinds and places; the same for the same sources."""
-    weights = {path: len(source.faults)**0.5 for path, source in sources.items() if source.faults}
+    """About `total` mutants, spread over files and kinds. The same for the same sources."""
+    weights = {path: len(source.mutants)**0.5 for path, source in sources.items() if source.mutants}
     scale = total / sum(weights.values())
     planned = []
     for number, path in enumerate(sorted(weights)):
-        faults = sources[path].faults
-        wanted = min(len(faults), max(3, round(scale * weights[path])))
-        planned += _spread_over_kinds(faults, wanted, number)
+        mutants = sources[path].mutants
+        wanted = min(len(mutants), max(3, round(scale * weights[path])))
+        planned += _spread_over_kinds(mutants, wanted, number)
     return planned
 
 
-def _spread_over_kinds(faults, wanted, turn):
+def _spread_over_kinds(mutants, wanted, turn):
     kinds = {}
-    for fault in faults:
-        kinds.setdefault(fault.kind, []).append(fault)
+    for mutant in mutants:
+        kinds.setdefault(mutant.kind, []).append(mutant)
     shares = dict.fromkeys(kinds, 0)
     order = sorted(kinds)
     order = order[turn % len(order):] + order[:turn % len(order)]
@@ -327,10 +352,10 @@ def _spread_over_kinds(faults, wanted, turn):
         for kind in order:
             if shares[kind] < len(kinds[kind]) and sum(shares.values()) < wanted:
                 shares[kind] += 1
-    chosen = [fault for kind in order for fault in sample(kinds[kind], shares[kind])]
-    return sorted(chosen, key=lambda fault: (fault.begin, fault.end, fault.text))
+    chosen = [mutant for kind in order for mutant in sample(kinds[kind], shares[kind])]
+    return sorted(chosen, key=lambda mutant: (mutant.begin, mutant.end, mutant.text))
 
 
 def sample(items, count):
-    """`count` of the items, evenly spread."""
+    """`count` of the items, spread evenly."""
     return [items[(2 * i + 1) * len(items) // (2 * count)] for i in range(count)]
