@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// vextrel report
+#ifndef VEXTREL_PROGRAM_COMMANDS_REPORT_COMMAND_H
+#define VEXTREL_PROGRAM_COMMANDS_REPORT_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "views/output.h"
+
+namespace vextrel::program {
+
+// As AddShowCommand in show_command.h.
+void AddReportCommand(CLI::App& program, Output& output, Output& errors,
+                      std::function<int()>& action);
+
+}  // namespace vextrel::program
+
+#endif  // VEXTREL_PROGRAM_COMMANDS_REPORT_COMMAND_H

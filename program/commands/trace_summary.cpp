@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "commands/trace_summary.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "commands/read_log.h"
+#include "reading/byte_file.h"
+#include "reading/property_file.h"
+#include "reading/rolled_files.h"
+#include "reading/value_reading.h"
+#include "views/safe_text.h"
+
+namespace vextrel::program {
+namespace {
+
+constexpr std::size_t kMostText = 200;
+
+std::string Safe(std::string_view text) {
+  std::string safe;
+  AppendSafe(safe, text, kMostText);
+  return safe;
+}
+
+// "1 frame", "2 frames"
+std::string Counted(std::uint64_t count, std::string_view what) {
+  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+// What the application didn't ask for isn't known.
+std::optional<std::uint64_t> Sum(const std::optional<std::uint64_t>& one,
+                                 const std::optional<std::uint64_t>& other) {
+  return one && other ? *one + *other : one ? one : other;
+}
+
+std::string CountOr(const std::optional<std::uint64_t>& count) {
+  return count ? std::to_string(*count) : "not asked for";
+}
+
+std::string LengthLine(const SessionModel& model) {
+  std::string line = Counted(model.Counts().Calls(), "call");
+  if (model.FirstTime().has_value()) {
+    line += fmt::format(" in {:.3f} s",
+                        static_cast<double>(*model.LastTime() - *model.FirstTime()) / 1e6);
+  }
+  for (const Session& session : model.Sessions()) {
+    if (!session.producer.empty()) {
+      line += fmt::format(", of the producer '{}'", Safe(session.producer));
+      if (!session.producerVersion.empty() && session.producerVersion != "0.0.0.0") {
+        line += ", version " + Safe(session.producerVersion);
+      }
+      break;
+    }
+  }
+  return line;
+}
+
+std::string FailureLine(const SessionModel& model) {
+  const std::vector<Failure>& failures = model.Counts().Failures();
+  if (failures.empty()) {
+    return "no call failed";
+  }
+  std::uint64_t count = 0;
+  for (const Failure& failure : failures) {
+    count += failure.count;
+  }
+  const Failure& first = failures.front();
+  std::string storage;
+  return fmt::format("{} failed, {}{} with {}", Counted(count, "call"),
+                     count == 1 ? "" : "the first one ", FunctionNames()[first.function],
+                     ResultName(first.result, storage));
+}
+
+std::string StreamLine(const SessionModel& model) {
+  std::uint64_t frames = 0;
+  std::uint64_t timeOuts = 0;
+  std::optional<std::uint64_t> missing;
+  std::optional<std::uint64_t> incomplete;
+  for (const Stream& stream : model.Streams()) {
+    frames += stream.Frames();
+    timeOuts += stream.TimeOuts();
+    missing = Sum(missing, stream.MissingFrameIds());
+    incomplete = Sum(incomplete, stream.Incomplete());
+  }
+  if (model.Streams().empty()) {
+    return "no stream was opened";
+  }
+  std::string line = Counted(frames, "frame") + " on " + Counted(model.Streams().size(), "stream");
+  const ValueCounts& intervals = model.Streams().front().Intervals();
+  if (model.Streams().size() == 1 && model.Time() != TimeKind::None && frames > 1 &&
+      intervals.Mean() > 0) {
+    line += fmt::format(", {:.2f} a second", 1e6 / intervals.Mean());
+  }
+  return line + fmt::format("; missing: {}, incomplete: {}, {}", CountOr(missing),
+                            CountOr(incomplete), Counted(timeOuts, "time-out"));
+}
+
+std::string MisuseLine(const SessionModel& model) {
+  return model.Reports() == 0 ? "no report of an error or misuse"
+                              : Counted(model.Reports(), "report") + " of errors and misuse";
+}
+
+}  // namespace
+
+std::optional<TracedLog> ReadTracedLog(const std::string& path, const std::string& config) {
+  if (!FileExists(path)) {
+    return std::nullopt;
+  }
+  try {
+    ReadingOptions options;
+    options.files = WithRolledFiles({path});
+    if (!config.empty()) {
+      options.layout = LayoutOfPropertyFile(config);
+    }
+    RecordReader reader(options);
+    TracedLog traced{{}, SessionModel(reader.UsedLayout())};
+    ReadLog(reader, traced.model, [](const Record&, const Message&, const Context&) {});
+    traced.log = {reader.Files(), reader.UsedLayout().Name(), reader.BytesRead(), reader.Lines()};
+    return traced;
+  } catch (const std::runtime_error&) {
+    return std::nullopt;
+  }
+}
+
+std::string TraceSummary(const TracedLog& traced) {
+  const SessionModel& model = traced.model;
+  return fmt::format(
+      "vextrel: {}\n  {}\n  {}\n  {}\n  log: {} ({:.1f} MB; 'vextrel check' says what went "
+      "wrong)\n",
+      LengthLine(model), FailureLine(model), StreamLine(model), MisuseLine(model),
+      Safe(traced.log.files.back()), static_cast<double>(traced.log.bytes) / 1e6);
+}
+
+}  // namespace vextrel::program

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "views/findings_view.h"
+#include "views/safe_text.h"
+#include "views/time_text.h"
+
+namespace vextrel::program {
+namespace {
+
+void AppendPlace(std::string& out, const ReportedLog& log, const LogPlace& place) {
+  AppendSafe(out, log.files[place.file]);
+  out += fmt::format(":{}", place.line);
+}
+
+void AppendFinding(std::string& out, const ReportedLog& log, const SessionModel& model,
+                   const Finding& finding) {
+  AppendPlace(out, log, finding.place);
+  out += fmt::format(": {} {}: ", SeverityName(finding.severity), finding.rule->id);
+  AppendSafe(out, finding.message);
+  out += "\n   ";
+  if (finding.time.has_value()) {
+    out += " at " + TimeText(*finding.time, model.Time(), model.Resolution());
+  }
+  if (finding.thread != 0) {
+    out += fmt::format(" by T{}", finding.thread);
+  }
+  if (finding.count > 1) {
+    out += fmt::format(", {} times, the last time at line {}", finding.count, finding.last.line);
+  }
+  if (out.back() == ' ') {
+    out.resize(out.size() - 4);
+  } else {
+    out += '\n';
+  }
+  for (const Related& each : finding.related) {
+    out += "    ";
+    AppendPlace(out, log, each.place);
+    out += ": ";
+    AppendSafe(out, each.what);
+    out += '\n';
+  }
+  out += fmt::format(
+      "    fix: {}{}\n", finding.rule->remedy,
+      finding.rule->section.empty() ? "" : fmt::format(" (GenTL {})", finding.rule->section));
+}
+
+bool Names(const std::vector<std::string>& list, const Rule& rule) {
+  return std::any_of(list.begin(), list.end(), [&rule](std::string_view each) {
+    return each == rule.id ||
+           (rule.id.starts_with(each) && rule.id.size() > each.size() &&
+            rule.id[each.size()] == '-' && each.find('-') == std::string_view::npos);
+  });
+}
+
+}  // namespace
+
+bool RuleFilter::Has(const Rule& rule) const {
+  return (only.empty() || Names(only, rule)) && !Names(ignore, rule);
+}
+
+SeverityCounts CountFindings(const Findings& findings, const RuleFilter& filter) {
+  SeverityCounts counts{};
+  for (const Finding& each : findings.All()) {
+    if (filter.Has(*each.rule)) {
+      ++counts[static_cast<std::size_t>(each.severity)];
+    }
+  }
+  return counts;
+}
+
+std::string CountsText(const SeverityCounts& counts) {
+  const auto text = [](std::uint64_t count, std::string_view what) {
+    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+  };
+  return fmt::format("{}, {}, {}", text(counts[2], "error"), text(counts[1], "warning"),
+                     text(counts[0], "info"));
+}
+
+void WriteFindings(const ReportedLog& log, const SessionModel& model, const Findings& findings,
+                   const RuleFilter& filter, Output& output) {
+  std::string& out = output.Text();
+  for (const Finding& each : findings.All()) {
+    if (filter.Has(*each.rule)) {
+      AppendFinding(out, log, model, each);
+      out += '\n';
+    }
+  }
+  for (const Rule* rule : AllRules()) {
+    const std::uint64_t beyond = findings.Beyond(*rule);
+    if (beyond != 0 && filter.Has(*rule)) {
+      out += fmt::format("{}: {} more like these\n", rule->id, beyond);
+    }
+  }
+  for (const Unknown& each : findings.Unknowns()) {
+    out += "not judged: ";
+    AppendSafe(out, each.rules);
+    out += ": ";
+    AppendSafe(out, each.why);
+    out += '\n';
+  }
+  out += CountsText(CountFindings(findings, filter)) + '\n';
+  output.Flush();
+}
+
+}  // namespace vextrel::program

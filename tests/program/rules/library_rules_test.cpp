@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "program/rules/typed_log.h"
+
+namespace vextrel_test {
+namespace {
+
+TEST(LibraryRules, FindWhatTheyAreFor) {
+  ExpectFindings({
+      {"a good session", "",
+       [](TypedLog& log) { log.StartStream(2).Frame(0).Pass(30).Frame(1).CloseAll(); }},
+      {"used before it's initialized", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'")
+             .Here()
+             .Fails("NOT_INITIALIZED", OpenTL(0))
+             .OpenDevice()
+             .CloseAll();
+       }},
+      {"used when it's closed", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Ok(InitLib()).Because().Ok(CloseLib()).Here().Fails("NOT_INITIALIZED", OpenTL(0));
+       }},
+      {"asked for its last error when it's closed", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Ok(InitLib()).Because().Ok(CloseLib()).Here().Ok(LastError("no error"));
+       }},
+      {"the target can't be loaded", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'")
+             .Because()
+             .Line("Error 126 when loading the GenTL producer dll: '/opt/a.cti'", "ERROR")
+             .Here()
+             .Fails("ERROR", InitLib());
+       }},
+      {"refused though it's initialized", "LIB-INIT warning",
+       [](TypedLog& log) {
+         log.OpenDevice().Here().Fails("NOT_INITIALIZED", NumDevices(kIF, 0)).CloseAll();
+       }},
+      {"a log that begins late says nothing of it", "",
+       [](TypedLog& log) {
+         log.Ok(Update("TLUpdateInterfaceList", kTL)).Ok(NumInterfaces(kTL, 1));
+       }},
+      {"initialized twice", "LIB-PAIR warning",
+       [](TypedLog& log) {
+         log.Because().OpenDevice().Here().Fails("RESOURCE_IN_USE", InitLib()).CloseAll();
+       }},
+      {"never closed", "LIB-PAIR warning",
+       [](TypedLog& log) {
+         log.Because().Ok(InitLib()).Ok(OpenTL(kTL)).Here().Ok(Close("TLClose", kTL));
+       }},
+      {"two sessions, each closed", "",
+       [](TypedLog& log) { log.OpenDevice().CloseAll().OpenDevice().CloseAll(); }},
+  });
+}
+
+}  // namespace
+}  // namespace vextrel_test

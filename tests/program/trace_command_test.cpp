@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+// Whole traces: the program's command in this process, the application in one of its own.
+#include "commands/trace_command.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "images/file_bytes.h"
+#include "launching/system.h"
+#include "launching/variables.h"
+#include "program/made_images.h"
+#include "program/scoped_variable.h"
+#include "program/small_log.h"
+
+namespace vextrel_test {
+namespace {
+
+using namespace vextrel::program;  // NOLINT(google-build-using-namespace)
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+const std::vector<std::string> kTarget = {"--target", SIMULATED_CAMERA};
+
+class Trace : public testing::Test {
+ protected:
+  // Traces `application`, with the log in the scratch folder.
+  ProgramResult Run(std::vector<std::string> options, std::vector<std::string> application) {
+    log_ = TextOf(folder_ / ("trace" + std::to_string(++number_) + ".log"));
+    std::vector<std::string> arguments = {"trace", "--log", log_};
+    std::move(options.begin(), options.end(), std::back_inserter(arguments));
+    arguments.emplace_back("--");
+    std::move(application.begin(), application.end(), std::back_inserter(arguments));
+    return RunVextrel(arguments);
+  }
+  [[nodiscard]] std::string Log() const { return ReadBytes(PathOf(log_)).value_or("no log"); }
+
+  // Folders for temporary files that hold what a trace leaves behind.
+  [[nodiscard]] static std::size_t Leftovers() {
+    std::size_t count = 0;
+    for (const fs::path& folder : TemporaryFolders(ProcessVariables())) {
+      std::error_code ignored;
+      for (fs::directory_iterator file(folder, ignored), end; file != end;
+           file.increment(ignored)) {
+        count += fs::exists(file->path() / "trace.properties", ignored) ? 1 : 0;
+      }
+      break;
+    }
+    return count;
+  }
+
+  ScratchFile scratch_{"", "empty"};
+  fs::path folder_ = PathOf(scratch_.Path()).parent_path();
+  std::string log_;
+  int number_ = 0;
+};
+
+TEST_F(Trace, OfTheSampleShowsFiveLinesAndLeavesTheLog) {
+  const ProgramResult run = Run(kTarget, {GRAB_PROGRAM, "--frames", "3"});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  const std::size_t summary = run.errors.find("vextrel: ", 1);
+  ASSERT_NE(summary, std::string::npos) << run.errors;
+  const std::string lines = run.errors.substr(summary);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 5) << lines;
+  EXPECT_THAT(lines, HasSubstr("  3 frames on 1 stream, "));
+  EXPECT_THAT(lines, HasSubstr("; missing: 0, incomplete: 0, 0 time-outs\n"));
+  EXPECT_THAT(lines, HasSubstr("1 call failed, IFOpenDevice with GC_ERR_ACCESS_DENIED"));
+  EXPECT_THAT(lines, HasSubstr("no report of an error or misuse"));
+  EXPECT_THAT(lines, HasSubstr("trace1.log"));
+  EXPECT_THAT(Log(),
+              AllOf(HasSubstr("GC_ERR_SUCCESS=GCCloseLib("), Not(HasSubstr("Call 1 enters"))));
+
+  // The camera isn't found a second time, and the module goes by the options.
+  const ProgramResult timed =
+      Run({"--timing", "--fast", "--rolling", "64K", "--target", SIMULATED_CAMERA_EXTENDED},
+          {GRAB_PROGRAM, "--genTL", "1.5", "--frames", "1"});
+  EXPECT_EQ(timed.status, 0) << timed.errors;
+  EXPECT_THAT(timed.errors, HasSubstr("with vextrel_extended.cti"));
+  // The log has rolled once.
+  const std::string older = ReadBytes(PathOf(log_ + ".1")).value_or("no log");
+  EXPECT_NE(older.find("Call 1 enters GCInitLib()"), std::string::npos);
+  EXPECT_EQ(older.find("2026-"), std::string::npos) << "a date";
+  EXPECT_NE(Log().find("GC_ERR_SUCCESS=GCCloseLib("), std::string::npos);
+}
+
+TEST_F(Trace, PassesArgumentsAndStatusUnchanged) {
+  const std::vector<std::string> ugly = {"",
+                                         " ",
+                                         "two words",
+                                         "--",
+                                         "--target",
+                                         "[a,b]",
+                                         "\"",
+                                         "\"\"",
+                                         "a\"b",
+                                         "a\\",
+                                         "a b\\",
+                                         "a b\\\\",
+                                         "\\\"",
+                                         "\\\\\"quoted\\\\\"",
+                                         "tab\tvertical\v",
+                                         "%PATH%",
+                                         "^&|<>()!",
+                                         "*",
+                                         "?.cpp",
+                                         "@file",
+                                         "$HOME `x` 'y'",
+                                         "\xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80",
+                                         "half a surrogate pair \xED\xA0\x80"};
+  const std::string shown = TextOf(folder_ / "shown");
+  ScopedVariable in("SHOW_ITSELF_IN", shown);
+  ScopedVariable status("SHOW_ITSELF_STATUS", "77");
+  std::vector<std::string> application = {SHOW_ITSELF_PROGRAM};
+  application.insert(application.end(), ugly.begin(), ugly.end());
+  const std::size_t leftovers = Leftovers();
+  const ProgramResult run = Run(kTarget, application);
+  EXPECT_EQ(run.status, 77) << run.errors;
+  std::string expected;
+  for (const std::string& argument : ugly) {
+    expected += argument + "\n";
+  }
+  const std::string text = ReadBytes(PathOf(shown)).value_or("");
+  const std::size_t path = text.rfind("PATH ");
+  ASSERT_NE(path, std::string::npos) << run.errors;
+  EXPECT_EQ(text.substr(0, path), expected);
+  // The one folder that the application was shown is gone.
+  const fs::path folder = PathOf(text.substr(path + 5, text.find('\n', path) - path - 5));
+  EXPECT_EQ(folder.filename(), "producer");
+  EXPECT_FALSE(fs::exists(folder.parent_path()));
+  EXPECT_EQ(Leftovers(), leftovers);
+}
+
+// Windows tells the whole console, which is the test's own.
+TEST_F(Trace, PassesOnWhatEndsItAndTidiesUp) {
+  if (kOwnImageKind != ImageKind::Elf) {
+    return;
+  }
+  const std::string shown = TextOf(folder_ / "shown");
+  const ScopedVariable in("SHOW_ITSELF_IN", shown);
+  const ScopedVariable seconds("SHOW_ITSELF_SECONDS", "60");
+  const std::size_t leftovers = Leftovers();
+  std::thread user([&] {
+    while (ReadBytes(PathOf(shown)).value_or("").empty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    std::raise(SIGINT);
+  });
+  const ProgramResult run = Run(kTarget, {SHOW_ITSELF_PROGRAM});
+  user.join();
+  EXPECT_EQ(run.status, 128 + SIGINT);
+  EXPECT_THAT(run.errors, HasSubstr("the application was ended by signal 2"));
+  EXPECT_EQ(Leftovers(), leftovers);
+}
+
+TEST_F(Trace, SaysWhyNothingWasLogged) {
+  // It looks at nothing.
+  ScopedVariable in("SHOW_ITSELF_IN", TextOf(folder_ / "shown"));
+  EXPECT_THAT(Run(kTarget, {SHOW_ITSELF_PROGRAM}).errors,
+              HasSubstr("no call was logged: the application didn't load the producer that "
+                        "GENICAM_GENTL64_PATH names, or wants a newer one (--module extended)"));
+  EXPECT_EQ(Log(), "no log");
+  // The target doesn't load: each call fails, and the reason isn't in the log.
+  MadeImage made;
+  made.needed = {"no-such-library.1"};
+  made.exports = {"GCInitLib"};
+  const std::string lame = scratch_.Beside(MadeForThisSystem(made), "lame.cti");
+  EXPECT_THAT(
+      Run({"--target", lame}, {GRAB_PROGRAM}).errors,
+      HasSubstr("no call succeeded: no-such-library.1, which 'lame.cti' needs, isn't found"));
+  // The user's own configuration, with a mistake and without.
+  const std::string log = TextOf(folder_ / "own.log");
+  const std::string wrong = scratch_.Beside("appender.a=FileAppender\n", "wrong.properties");
+  const ProgramResult refused =
+      RunVextrel({"trace", "--config", wrong, "--target", SIMULATED_CAMERA, "--", GRAB_PROGRAM});
+  EXPECT_EQ(refused.status, 125);
+  EXPECT_THAT(refused.errors,
+              HasSubstr("wrong.properties', line 1: 'appender.a.fileName' is missing"));
+  const std::string quiet = scratch_.Beside(
+      "rootCategory=INFO, a\nappender.a=FileAppender\nappender.a.layout=BasicLayout\n"
+      "appender.a.fileName=" +
+          PathOf(log).generic_string() + "\n",
+      "quiet.properties");
+  const ProgramResult own = RunVextrel(
+      {"trace", "--config", quiet, "--target", SIMULATED_CAMERA, "--", GRAB_PROGRAM, "--list"});
+  EXPECT_EQ(own.status, 0);
+  EXPECT_THAT(own.errors, HasSubstr("no stream was opened"));
+}
+
+TEST_F(Trace, SaysWhyItCannotStart) {
+  struct Case {
+    std::vector<std::string> options;
+    std::vector<std::string> application;
+    int status;
+    const char* sentence;
+  };
+  const std::string text = scratch_.Beside("text", "text");
+  const Case cases[] = {
+      {kTarget, {}, 2, "what is to be traced?"},
+      {kTarget, {"no-such-application"}, 127, "there's no application 'no-such-application'"},
+      {kTarget, {TextOf(folder_)}, 126, "is a folder"},
+      {kTarget, {text}, 126, "'"},
+      {{"--target", TextOf(folder_ / "none.cti")}, {GRAB_PROGRAM}, 125, "there's no target"},
+      {{"--target", VEXTREL}, {GRAB_PROGRAM}, 125, "is Vextrel itself"},
+      {{"--target", text}, {GRAB_PROGRAM}, 125, "isn't a module"},
+      {{"--target", SIMULATED_CAMERA, "--rolling", "5"},
+       {GRAB_PROGRAM},
+       2,
+       "--rolling needs a size"},
+      {{"--target", SIMULATED_CAMERA, "--module", "standard", "--timing"},
+       {GRAB_PROGRAM},
+       2,
+       "no timing lines"},
+  };
+  const std::size_t leftovers = Leftovers();
+  for (const Case& each : cases) {
+    const ProgramResult run = Run(each.options, each.application);
+    EXPECT_EQ(run.status, each.status) << each.sentence;
+    EXPECT_THAT(run.errors, AllOf(StartsWith("vextrel: "), HasSubstr(each.sentence)));
+    EXPECT_EQ(std::count(run.errors.begin(), run.errors.end(), '\n'), 1) << run.errors;
+    EXPECT_EQ(Log(), "no log");
+  }
+  EXPECT_EQ(
+      RunVextrel({"trace", "--log", text, "--target", SIMULATED_CAMERA, "--", GRAB_PROGRAM}).status,
+      125);
+  EXPECT_EQ(Leftovers(), leftovers);
+}
+
+}  // namespace
+}  // namespace vextrel_test
