@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// What the doctor says of one thing that was looked at.
+#ifndef VEXTREL_PROGRAM_DOCTOR_DIAGNOSIS_H
+#define VEXTREL_PROGRAM_DOCTOR_DIAGNOSIS_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace vextrel::program {
+
+enum class Verdict {
+  Fine,
+  Note,   // doesn't keep a trace from working
+  Wrong,  // does
+};
+
+struct Diagnosis {
+  std::string subject;
+  Verdict verdict = Verdict::Fine;
+  std::string text;
+  std::string remedy;  // empty if there's nothing to do
+};
+
+class Diagnoses {
+ public:
+  void Fine(std::string subject, std::string text) {
+    all_.push_back({std::move(subject), Verdict::Fine, std::move(text), ""});
+  }
+  void Note(std::string subject, std::string text, std::string remedy = "") {
+    all_.push_back({std::move(subject), Verdict::Note, std::move(text), std::move(remedy)});
+  }
+  void Wrong(std::string subject, std::string text, std::string remedy) {
+    all_.push_back({std::move(subject), Verdict::Wrong, std::move(text), std::move(remedy)});
+  }
+  [[nodiscard]] const std::vector<Diagnosis>& All() const noexcept { return all_; }
+  // The first one that keeps a trace from working, or null.
+  [[nodiscard]] const Diagnosis* FirstWrong() const noexcept {
+    for (const Diagnosis& diagnosis : all_) {
+      if (diagnosis.verdict == Verdict::Wrong) {
+        return &diagnosis;
+      }
+    }
+    return nullptr;
+  }
+
+ private:
+  std::vector<Diagnosis> all_;
+};
+
+}  // namespace vextrel::program
+
+#endif  // VEXTREL_PROGRAM_DOCTOR_DIAGNOSIS_H

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/format.h>
+
+#include "doctor/log_config.h"
+#include "doctor/looks.h"
+#include "images/file_bytes.h"
+
+namespace vextrel::program {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kConfiguration = "configuration";
+
+void LookAtConfigFile(const std::string& path, const Setup& setup, Facts& facts,
+                      Diagnoses& diagnoses) {
+  std::error_code error;
+  const fs::path file = PathOf(path);
+  const std::optional<std::string> text = ReadBytes(file);
+  if (!text) {
+    diagnoses.Wrong(kConfiguration,
+                    fmt::format("'{}' {}", path,
+                                fs::is_directory(file, error) ? "is a folder"
+                                : fs::exists(file, error)     ? "can't be read"
+                                                              : "isn't there"),
+                    fmt::format("name a property file in {}", kConfigVariable));
+    return;
+  }
+  const LogConfig config = ReadLogConfig(*text, setup.variables);
+  for (const ConfigProblem& problem : config.problems) {
+    const std::string place = problem.line == 0 ? fmt::format("'{}'", path)
+                                                : fmt::format("'{}', line {}:", path, problem.line);
+    if (problem.isFatal) {
+      diagnoses.Wrong(kConfiguration, place + " " + problem.text, problem.remedy);
+    } else {
+      diagnoses.Note(kConfiguration, place + " " + problem.text, problem.remedy);
+    }
+  }
+  for (const std::string& log : config.files) {
+    facts.logs.push_back(PathOf(log));
+  }
+  if (config.problems.empty()) {
+    diagnoses.Fine(kConfiguration, fmt::format("'{}' can be read", path));
+  }
+}
+
+}  // namespace
+
+void LookAtModule(const Setup& /*setup*/, const Facts& facts, Diagnoses& diagnoses) {
+  constexpr const char* subject = "module";
+  if (!facts.isSetUp) {
+    diagnoses.Fine(subject, "left to 'vextrel trace'");
+  } else if (facts.ours.empty()) {
+    diagnoses.Wrong(subject, fmt::format("nothing in {} is Vextrel", kPathVariable),
+                    "set it to the folder that has the module, or use 'vextrel trace'");
+  } else if (facts.ours.size() > 1) {
+    diagnoses.Wrong(
+        subject,
+        fmt::format("Vextrel is there {} times, as '{}' and '{}': each camera is listed "
+                    "as often",
+                    facts.ours.size(), TextOf(facts.ours[0]), TextOf(facts.ours[1])),
+        "leave one module in the folders of the variable");
+  } else {
+    diagnoses.Fine(subject, fmt::format("'{}'", TextOf(facts.ours.front())));
+  }
+}
+
+void LookAtConfiguration(const Setup& setup, Facts& facts, Diagnoses& diagnoses) {
+  if (!facts.isSetUp) {
+    diagnoses.Fine(kConfiguration, "left to 'vextrel trace'");
+    return;
+  }
+  const std::optional<std::string> value = setup.variables.Find(kConfigVariable);
+  if (!value) {
+    diagnoses.Wrong(kConfiguration,
+                    fmt::format("{} isn't set: calls go to the debugger's output", kConfigVariable),
+                    "set it to a property file, or use 'vextrel trace'");
+    return;
+  }
+  std::string missing;
+  const std::optional<std::string> path = ExpandReference(*value, setup.variables, &missing);
+  if (!path) {
+    diagnoses.Wrong(kConfiguration,
+                    fmt::format("$({}) in {} can't be replaced", missing, kConfigVariable),
+                    fmt::format("set {}, or write the path itself", missing));
+    return;
+  }
+  LookAtConfigFile(*path, setup, facts, diagnoses);
+}
+
+}  // namespace vextrel::program

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Why an application wasn't traced, and the exit status that says so.
+#ifndef VEXTREL_PROGRAM_LAUNCHING_FAILURE_H
+#define VEXTREL_PROGRAM_LAUNCHING_FAILURE_H
+
+#include <stdexcept>
+#include <string>
+
+namespace vextrel::program {
+
+inline constexpr int kExitChoice = 2;        // the command line has to say more
+inline constexpr int kExitOwnFailure = 125;  // ours, before the application was started
+inline constexpr int kExitNotExecutable = 126;
+inline constexpr int kExitNotFound = 127;
+
+// A sentence for the user, and the exit status.
+class LaunchFailure : public std::runtime_error {
+ public:
+  LaunchFailure(int status, const std::string& sentence)
+      : std::runtime_error(sentence), status_(status) {}
+  [[nodiscard]] int Status() const noexcept { return status_; }
+
+ private:
+  int status_;
+};
+
+}  // namespace vextrel::program
+
+#endif  // VEXTREL_PROGRAM_LAUNCHING_FAILURE_H

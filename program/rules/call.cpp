@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "rules/call.h"
+
+#include <array>
+#include <charconv>
+#include <vector>
+
+#include "reading/value_reading.h"
+
+namespace vextrel::program {
+namespace {
+
+// In the order of Function.
+constexpr std::array<std::string_view, static_cast<std::size_t>(Function::Other)> kNames = {
+    "GCInitLib",
+    "GCCloseLib",
+    "GCGetLastError",
+    "TLOpen",
+    "TLClose",
+    "TLUpdateInterfaceList",
+    "TLGetNumInterfaces",
+    "TLGetInterfaceID",
+    "TLOpenInterface",
+    "IFClose",
+    "IFUpdateDeviceList",
+    "IFGetNumDevices",
+    "IFGetDeviceID",
+    "IFGetDeviceInfo",
+    "IFOpenDevice",
+    "DevGetPort",
+    "DevGetNumDataStreams",
+    "DevGetDataStreamID",
+    "DevOpenDataStream",
+    "DevGetInfo",
+    "DevClose",
+    "DSAnnounceBuffer",
+    "DSAllocAndAnnounceBuffer",
+    "DSAnnounceCompositeBuffer",
+    "DSFlushQueue",
+    "DSStartAcquisition",
+    "DSStopAcquisition",
+    "DSGetInfo",
+    "DSGetBufferID",
+    "DSClose",
+    "DSRevokeBuffer",
+    "DSQueueBuffer",
+    "DSGetBufferInfo",
+    "DSGetBufferPartInfo",
+    "DSGetBufferChunkData",
+    "GCReadPort",
+    "GCWritePort",
+    "GCReadPortStacked",
+    "GCWritePortStacked",
+    "GCGetPortURL",
+    "GCGetNumPortURLs",
+    "GCGetPortURLInfo",
+    "GCRegisterEvent",
+    "GCUnregisterEvent",
+    "EventGetData",
+    "EventFlush",
+    "EventKill",
+};
+
+std::vector<Function> MakeFunctions() {
+  std::vector<Function> functions(FunctionNames().size(), Function::Other);
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    const std::size_t shape = FindCallShape(kNames[i]);
+    if (shape != kNoPlace) {
+      functions[CallShapes()[shape].functionIndex] = static_cast<Function>(i);
+    }
+  }
+  return functions;
+}
+
+}  // namespace
+
+Function FunctionOf(std::size_t functionIndex) {
+  static const std::vector<Function> functions = MakeFunctions();
+  return functions[functionIndex];
+}
+
+bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor) {
+  for (; id != kNoHandle; id = handles.At(id).parent) {
+    if (id == ancestor) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool IsBehind(const LogPlace& a, const LogPlace& b) noexcept {
+  return a.file != b.file ? a.file > b.file : a.line > b.line;
+}
+
+std::optional<Ending> EndingOf(const Handles& handles, HandleId id) {
+  if (handles.At(id).isOpen) {
+    return std::nullopt;
+  }
+  for (HandleId each = id; each != kNoHandle; each = handles.At(each).parent) {
+    const Handle& handle = handles.At(each);
+    if (handle.closedAt.has_value()) {
+      return Ending{*handle.closedAt, each, handle.closedBy};
+    }
+  }
+  return std::nullopt;
+}
+
+std::string Call::ResultText() const {
+  std::string storage;
+  return std::string(ResultName(message_->result, storage));
+}
+
+Moment Call::Moment() const {
+  return {record_->place,
+          context_->hasTime ? std::optional<std::int64_t>(context_->time) : std::nullopt,
+          context_->thread};
+}
+
+HandleId Call::HandleIn(std::string_view label) const {
+  const std::size_t place = Find(label);
+  return place == kNoPlace ? kNoHandle : context_->handles[place];
+}
+
+std::string_view Call::Text(std::string_view label) const {
+  const std::size_t place = Find(label);
+  return place == kNoPlace ? std::string_view() : message_->values[place].text;
+}
+
+std::uint64_t Call::Number(std::string_view label) const {
+  const std::size_t place = Find(label);
+  return place == kNoPlace ? 0 : message_->values[place].number;
+}
+
+std::optional<std::uint64_t> Call::Value(std::string_view label) const {
+  const std::string_view text = Text(label);
+  std::uint64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+std::string_view Call::NameIn(std::string_view label) const {
+  const std::size_t place = Find(label);
+  if (place == kNoPlace) {
+    return {};
+  }
+  return NewestName(message_->values[place].text, message_->shape->places[place].values);
+}
+
+bool Call::StartedBehind(const LogPlace& place, std::uint32_t thread) const noexcept {
+  if (context_->timing != nullptr) {
+    return IsBehind(context_->timing->entered.place, place);
+  }
+  if (thread != 0 && thread == context_->thread) {
+    return true;
+  }
+  return previousOfThread_.has_value() && !IsBehind(place, *previousOfThread_);
+}
+
+}  // namespace vextrel::program

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+// One call, as the rules see it.
+#ifndef VEXTREL_PROGRAM_RULES_CALL_H
+#define VEXTREL_PROGRAM_RULES_CALL_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "gentl/gentl_newer.h"
+#include "model/session_model.h"
+#include "rules/findings.h"
+
+namespace vextrel::program {
+
+// Functions that rules ask for by name. In the order of kNames in call.cpp.
+enum class Function : std::uint8_t {
+  GCInitLib,
+  GCCloseLib,
+  GCGetLastError,
+  TLOpen,
+  TLClose,
+  TLUpdateInterfaceList,
+  TLGetNumInterfaces,
+  TLGetInterfaceID,
+  TLOpenInterface,
+  IFClose,
+  IFUpdateDeviceList,
+  IFGetNumDevices,
+  IFGetDeviceID,
+  IFGetDeviceInfo,
+  IFOpenDevice,
+  DevGetPort,
+  DevGetNumDataStreams,
+  DevGetDataStreamID,
+  DevOpenDataStream,
+  DevGetInfo,
+  DevClose,
+  DSAnnounceBuffer,
+  DSAllocAndAnnounceBuffer,
+  DSAnnounceCompositeBuffer,
+  DSFlushQueue,
+  DSStartAcquisition,
+  DSStopAcquisition,
+  DSGetInfo,
+  DSGetBufferID,
+  DSClose,
+  DSRevokeBuffer,
+  DSQueueBuffer,
+  DSGetBufferInfo,
+  DSGetBufferPartInfo,
+  DSGetBufferChunkData,
+  GCReadPort,
+  GCWritePort,
+  GCReadPortStacked,
+  GCWritePortStacked,
+  GCGetPortURL,
+  GCGetNumPortURLs,
+  GCGetPortURLInfo,
+  GCRegisterEvent,
+  GCUnregisterEvent,
+  EventGetData,
+  EventFlush,
+  EventKill,
+  Other,
+};
+
+// Of a function in FunctionNames().
+[[nodiscard]] Function FunctionOf(std::size_t functionIndex);
+
+// True iff `id` is `ancestor`, or lies below it.
+[[nodiscard]] bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor);
+// True iff `a` stands behind `b` in the log.
+[[nodiscard]] bool IsBehind(const LogPlace& a, const LogPlace& b) noexcept;
+
+// How a handle ended.
+struct Ending {
+  LogPlace place;
+  HandleId by = kNoHandle;  // itself or what it lies below
+  std::uint32_t thread = 0;
+};
+// Nothing if it's open, or if the log doesn't show a closing call of its own or above it.
+[[nodiscard]] std::optional<Ending> EndingOf(const Handles& handles, HandleId id);
+
+// Refers to the record; valid as long as that.
+class Call {
+ public:
+  Call(const SessionModel& model, const Record& record, const Message& message,
+       const Context& context, Function function, const std::optional<LogPlace>& previousOfThread)
+      : model_(&model),
+        record_(&record),
+        message_(&message),
+        context_(&context),
+        function_(function),
+        previousOfThread_(previousOfThread) {}
+
+  [[nodiscard]] Function Which() const noexcept { return function_; }
+  [[nodiscard]] std::string_view Name() const noexcept { return message_->shape->function; }
+  [[nodiscard]] GC_ERROR Result() const noexcept { return message_->result; }
+  [[nodiscard]] bool Failed() const noexcept { return message_->result != GC_ERR_SUCCESS; }
+  [[nodiscard]] std::string ResultText() const;
+  [[nodiscard]] const SessionModel& Model() const noexcept { return *model_; }
+  [[nodiscard]] const Handles& All() const noexcept { return model_->AllHandles(); }
+  [[nodiscard]] const Handle& At(HandleId id) const { return model_->AllHandles().At(id); }
+  [[nodiscard]] const vextrel::program::Message& Message() const noexcept { return *message_; }
+  [[nodiscard]] const vextrel::program::Context& Context() const noexcept { return *context_; }
+  [[nodiscard]] const LogPlace& Place() const noexcept { return record_->place; }
+  [[nodiscard]] std::uint32_t Thread() const noexcept { return context_->thread; }
+  [[nodiscard]] bool HasTime() const noexcept { return context_->hasTime; }
+  [[nodiscard]] std::int64_t Time() const noexcept { return context_->time; }
+  [[nodiscard]] vextrel::program::Moment Moment() const;
+
+  // The place with this label, or kNoPlace.
+  [[nodiscard]] std::size_t Find(std::string_view label) const {
+    return message_->shape->Find(label);
+  }
+  // Of the place with this label: kNoHandle, "" or 0 if there's none.
+  [[nodiscard]] HandleId HandleIn(std::string_view label) const;
+  [[nodiscard]] std::string_view Text(std::string_view label) const;
+  [[nodiscard]] std::uint64_t Number(std::string_view label) const;
+  // A decimal number that stands as an info value. Nothing if it's none.
+  [[nodiscard]] std::optional<std::uint64_t> Value(std::string_view label) const;
+  // `DEV1 "SimCam2"`
+  [[nodiscard]] std::string Named(HandleId id) const { return All().FullName(id); }
+  // The name of a command, the newest one that it has.
+  [[nodiscard]] std::string_view NameIn(std::string_view label) const;
+
+  // Whether this call was certainly made after that line was written: its timing
+  // line says so, its thread wrote another line in between, or it's the same thread.
+  [[nodiscard]] bool StartedBehind(const LogPlace& place, std::uint32_t thread) const noexcept;
+
+ private:
+  const SessionModel* model_;
+  const Record* record_;
+  const vextrel::program::Message* message_;
+  const vextrel::program::Context* context_;
+  Function function_;
+  std::optional<LogPlace> previousOfThread_;
+};
+
+}  // namespace vextrel::program
+
+#endif  // VEXTREL_PROGRAM_RULES_CALL_H

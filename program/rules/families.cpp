@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "rules/family.h"
+
+namespace vextrel::program {
+
+std::span<const FamilyEntry> Families() {
+  static const std::array families = {
+      LibraryFamily(), ModuleFamily(), HandleFamily(),      ListFamily(),  DeviceFamily(),
+      BufferFamily(),  QueueFamily(),  AcquisitionFamily(), EventFamily(), WaitFamily(),
+      InfoFamily(),    PortFamily(),   TimeFamily(),        ErrorFamily(), LogFamily(),
+  };
+  return families;
+}
+
+std::span<const Rule* const> AllRules() {
+  static const std::vector<const Rule*> all = [] {
+    std::vector<const Rule*> rules;
+    for (const FamilyEntry& family : Families()) {
+      rules.insert(rules.end(), family.rules.begin(), family.rules.end());
+    }
+    return rules;
+  }();
+  return all;
+}
+
+const Rule* FindRule(std::string_view id) {
+  std::string upper(id);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char each) {
+    return static_cast<char>(each >= 'a' && each <= 'z' ? each - 'a' + 'A' : each);
+  });
+  for (const Rule* rule : AllRules()) {
+    if (rule->id == upper) {
+      return rule;
+    }
+  }
+  return nullptr;
+}
+
+std::string_view SeverityName(Severity severity) noexcept {
+  switch (severity) {
+    case Severity::Info:
+      return "info";
+    case Severity::Warning:
+      return "warning";
+    case Severity::Error:
+      return "error";
+  }
+  return "info";
+}
+
+}  // namespace vextrel::program
