@@ -252,16 +252,6 @@ TEST_F(CloseLib, LetsTheNextInitBindToAnotherTarget) {
   EXPECT_FALSE(IsModuleLoaded(ScriptedTargetPath()));
 }
 
-// What the log held while the target's GCCloseLib ran.
-struct Watched {
-  static inline std::filesystem::path log;
-  static inline std::vector<std::string> lines;
-  static GC_ERROR Look() {
-    lines = SplitLines(ReadFile(log));
-    return GC_ERR_SUCCESS;
-  }
-};
-
 TEST_F(CloseLib, CallsTheTargetBeforeItWritesAnything) {
   const HeldTarget target;
   Bind();

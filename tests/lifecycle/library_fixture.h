@@ -51,6 +51,16 @@ inline void GiveBack(const std::filesystem::path& module) {
   }
 }
 
+// What the log held while a function of the target ran.
+struct Watched {
+  static inline std::filesystem::path log;
+  static inline std::vector<std::string> lines;
+  static GC_ERROR Look() {
+    lines = SplitLines(ReadFile(log));
+    return GC_ERR_SUCCESS;
+  }
+};
+
 class LibraryFixture : public ProxyFiles {
  protected:
   ~LibraryFixture() override {

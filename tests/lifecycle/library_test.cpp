@@ -254,16 +254,6 @@ TEST_F(InitLib, ASecondCallBindsToTheTargetThatIsNamedThen) {
   EXPECT_TRUE(IsModuleLoaded(ScriptedTargetPath()));
 }
 
-// What the log held while the target's GCInitLib ran.
-struct Watched {
-  static inline std::filesystem::path log;
-  static inline std::vector<std::string> lines;
-  static GC_ERROR Look() {
-    lines = SplitLines(ReadFile(log));
-    return GC_ERR_SUCCESS;
-  }
-};
-
 TEST_F(InitLib, CallsTheTargetBehindTheReportAndBeforeItsLine) {
   const HeldTarget target;
   Bind();

@@ -15,8 +15,8 @@ using vextrel::RecordList;
 using vextrel::TakeRecord;
 
 // The least that a record needs.
-struct Record {
-  Record(void* recordHandle, log4cpp::Category* category)
+struct PlainRecord {
+  PlainRecord(void* recordHandle, log4cpp::Category* category)
       : logger(category), handle(recordHandle) {}
 
   log4cpp::Category* logger;
@@ -33,8 +33,8 @@ class RecordListTest : public RegistryTest {
     records.push_back(second.get());
   }
 
-  const std::unique_ptr<Record> second = std::make_unique<Record>(Handle(2), logger);
-  RecordList<Record> records;
+  const std::unique_ptr<PlainRecord> second = std::make_unique<PlainRecord>(Handle(2), logger);
+  RecordList<PlainRecord> records;
 };
 
 TEST_F(RecordListTest, AppendsOneRecordOfAHandleWithItsLogger) {
@@ -48,13 +48,13 @@ TEST_F(RecordListTest, FindsTheFirstOfAHandleByAllOfItsBits) {
   EXPECT_EQ(FindRecord(records, Handle(2)), records[1]);
   EXPECT_EQ(FindRecord(records, nullptr), records[2]);
   EXPECT_EQ(FindRecord(records, Handle(0x100000001)), nullptr);
-  EXPECT_EQ(FindRecord(RecordList<Record>{}, Handle(1)), nullptr);
+  EXPECT_EQ(FindRecord(RecordList<PlainRecord>{}, Handle(1)), nullptr);
 }
 
 TEST_F(RecordListTest, GivesTheFirstOfAHandleToItsTakerAndKeepsTheOthersInOrder) {
   const HeapWatch watch(records[1]);
   {
-    const std::unique_ptr<Record> taken = TakeRecord(records, Handle(2));
+    const std::unique_ptr<PlainRecord> taken = TakeRecord(records, Handle(2));
     EXPECT_FALSE(watch.IsFreed());
   }
   EXPECT_TRUE(watch.IsFreed());
@@ -65,7 +65,7 @@ TEST_F(RecordListTest, GivesTheFirstOfAHandleToItsTakerAndKeepsTheOthersInOrder)
 
 TEST_F(RecordListTest, ForgetsItsRecordsWhenItEndsAndLeavesThemAllocated) {
   const HeapWatch watch(records[0]);
-  { const RecordList<Record> ending = std::move(records); }
+  { const RecordList<PlainRecord> ending = std::move(records); }
   EXPECT_FALSE(watch.IsFreed());
 }
 
@@ -73,7 +73,7 @@ TEST_F(RecordListTest, OffersInOrderUntilOneAccepts) {
   std::vector<void*> asked;
   const auto offer = [&](void* accepted) {
     asked.clear();
-    return OfferInOrder(records, [&](const Record& record) {
+    return OfferInOrder(records, [&](const PlainRecord& record) {
       asked.push_back(record.handle);
       return record.handle == accepted;
     });
@@ -82,7 +82,7 @@ TEST_F(RecordListTest, OffersInOrderUntilOneAccepts) {
   EXPECT_THAT(asked, ElementsAre(Handle(1), Handle(2)));
   EXPECT_FALSE(offer(Handle(7)));
   EXPECT_THAT(asked, ElementsAre(Handle(1), Handle(2), Handle(0), Handle(2)));
-  EXPECT_FALSE(OfferInOrder(RecordList<Record>{}, [](const Record&) { return true; }));
+  EXPECT_FALSE(OfferInOrder(RecordList<PlainRecord>{}, [](const PlainRecord&) { return true; }));
 }
 
 }  // namespace

@@ -1,34 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "registry/registry_fixture.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
-
 namespace vextrel_test {
-namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-void AllowLeaks() {
-  __lsan_disable();
-}
-void ForbidLeaks() {
-  __lsan_enable();
-}
-#else
-void AllowLeaks() {}
-void ForbidLeaks() {}
-#endif
-
-}  // namespace
 
 RecordedLines::RecordedLines() : logger(&log4cpp::Category::getInstance("registry_test")) {
   recorder.Record(*logger);
-  AllowLeaks();
 }
 
 RecordedLines::~RecordedLines() {
-  ForbidLeaks();
   logger->removeAllAppenders();
 }
 

@@ -28,11 +28,6 @@ Argument<T*> ShownOrMissing(T* output) {
   return Shown(output);
 }
 
-// Any type, mostly one that there is.
-INFO_DATATYPE RandomType(Session& session) {
-  return session.random.OneIn(20) ? 1000 : static_cast<INFO_DATATYPE>(session.random.Below(17)) - 1;
-}
-
 Argument<INFO_DATATYPE*, void*, std::size_t*> RandomInfo(Session& session, InfoShows shows,
                                                          std::size_t zerosAfter) {
   INFO_DATATYPE* piType = session.Output([&] { return RandomType(session); }, zerosAfter);
@@ -112,6 +107,10 @@ std::size_t RandomEntryCount(Session& session, std::uint64_t most) {
 }
 
 }  // namespace
+
+INFO_DATATYPE RandomType(Session& session) {
+  return session.random.OneIn(20) ? 1000 : static_cast<INFO_DATATYPE>(session.random.Below(17)) - 1;
+}
 
 // --- Inputs -------------------------------------------------------------------------------------
 

@@ -16,6 +16,9 @@ namespace vextrel_test::session {
 using model::NameTable;
 using Values = std::vector<Value>;
 
+// Any type, mostly one that there is.
+[[nodiscard]] INFO_DATATYPE RandomType(Session& session);
+
 // One argument of a call, or several that belong together.
 template <typename... Parameters>
 struct Argument {

@@ -17,10 +17,6 @@ namespace {
 using F = GenTLFunctions;
 using Kind = HandleKind;
 
-std::string ResultName(GC_ERROR result) {
-  return model::kNewerGcErrors.NameOf(result);
-}
-
 void** HandleOrNull(Session& session, Kind kind) {
   return session.random.OneIn(6) ? nullptr : session.HandleOutput(kind);
 }
@@ -30,10 +26,10 @@ std::uint32_t* CountOrNull(Session& session) {
              : session.Output([&] { return static_cast<std::uint32_t>(session.random.Bits()); });
 }
 
-std::string Shown(void* const* output) {
+std::string TextOf(void* const* output) {
   return output == nullptr ? "NULL" : "0x" + Hex16(*output);
 }
-std::string Shown(const std::uint32_t* output) {
+std::string TextOf(const std::uint32_t* output) {
   return output == nullptr ? "NULL" : std::to_string(*output);
 }
 
@@ -42,7 +38,7 @@ void CallIFGetParentTL(Session& session) {
   void** output = HandleOrNull(session, Kind::TransportLayer);
   const GC_ERROR result = session.Call(&F::IFGetParentTL, hInterface, output);
   session.log.Info("%s=IFGetParentTL(hInterface=0x%p, 0x%p->(hTL=%s))",
-                   {ResultName(result), hInterface, output, Shown(output)});
+                   {ResultName(result), hInterface, output, TextOf(output)});
 }
 
 void CallDevGetParentIF(Session& session) {
@@ -50,7 +46,7 @@ void CallDevGetParentIF(Session& session) {
   void** output = HandleOrNull(session, Kind::Interface);
   const GC_ERROR result = session.Call(&F::DevGetParentIF, hDev, output);
   session.log.Info("%s=DevGetParentIF(hDev=0x%p, 0x%p->(hInterface=%s))",
-                   {ResultName(result), hDev, output, Shown(output)});
+                   {ResultName(result), hDev, output, TextOf(output)});
 }
 
 void CallDSGetParentDev(Session& session) {
@@ -58,7 +54,7 @@ void CallDSGetParentDev(Session& session) {
   void** output = HandleOrNull(session, Kind::Device);
   const GC_ERROR result = session.Call(&F::DSGetParentDev, hDS, output);
   session.log.Info("%s=DSGetParentDev(hDS=0x%p, 0x%p->(hDev=%s))",
-                   {ResultName(result), hDS, output, Shown(output)});
+                   {ResultName(result), hDS, output, TextOf(output)});
 }
 
 void CallDSGetNumBufferParts(Session& session) {
@@ -67,7 +63,7 @@ void CallDSGetNumBufferParts(Session& session) {
   std::uint32_t* output = CountOrNull(session);
   const GC_ERROR result = session.Call(&F::DSGetNumBufferParts, hDS, hBuffer, output);
   session.log.Info("%s=DSGetNumBufferParts(hDS=0x%p, hBuffer=0x%p, 0x%p->(iNumParts=%s))",
-                   {ResultName(result), hDS, hBuffer, output, Shown(output)});
+                   {ResultName(result), hDS, hBuffer, output, TextOf(output)});
 }
 
 void CallDSGetNumFlows(Session& session) {
@@ -75,7 +71,7 @@ void CallDSGetNumFlows(Session& session) {
   std::uint32_t* output = CountOrNull(session);
   const GC_ERROR result = session.Call(&F::DSGetNumFlows, hDS, output);
   session.log.Info("%s=DSGetNumFlows(hDS=0x%p, 0x%p->(iNumFlows=%s))",
-                   {ResultName(result), hDS, output, Shown(output)});
+                   {ResultName(result), hDS, output, TextOf(output)});
 }
 
 void CallDSGetNumBufferSegments(Session& session) {
@@ -84,7 +80,7 @@ void CallDSGetNumBufferSegments(Session& session) {
   std::uint32_t* output = CountOrNull(session);
   const GC_ERROR result = session.Call(&F::DSGetNumBufferSegments, hDS, hBuffer, output);
   session.log.Info("%s=DSGetNumBufferSegments(hDS=0x%p, hBuffer=0x%p, 0x%p->(iNumSegments=%s))",
-                   {ResultName(result), hDS, hBuffer, output, Shown(output)});
+                   {ResultName(result), hDS, hBuffer, output, TextOf(output)});
 }
 
 template <typename Element>
@@ -116,7 +112,7 @@ void CallDSAnnounceCompositeBuffer(Session& session) {
       "Segments=%s, pPrivate=0x%p, 0x%p->(hBuffer=%s))",
       {ResultName(result), hDS, std::to_string(count), ppSegments, piSizes,
        ppSegments == nullptr || piSizes == nullptr ? "NULL" : shown, pPrivate, output,
-       Shown(output)});
+       TextOf(output)});
   if (result != GC_ERR_SUCCESS) {
     return;
   }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/newer_rendering.h"
+#include "session/arguments.h"
 #include "session/calls.h"
 #include "support/proxy.h"
 
@@ -21,25 +22,12 @@ using F = GenTLFunctions;
 using Kind = HandleKind;
 using model::Answer;
 
-template <typename T>
-std::string BytesOf(const T& value) {
-  return {reinterpret_cast<const char*>(&value), sizeof value};
-}
-
 // In memory that is not aligned for it, like the packed structures of GenTL.
 template <typename T>
 T ReadFrom(const void* memory) {
   T value;
   std::memcpy(&value, memory, sizeof value);
   return value;
-}
-
-std::string ResultName(GC_ERROR result) {
-  return model::kNewerGcErrors.NameOf(result);
-}
-
-INFO_DATATYPE RandomType(Session& session) {
-  return session.random.OneIn(20) ? 1000 : static_cast<INFO_DATATYPE>(session.random.Below(17)) - 1;
 }
 
 constexpr std::size_t kMostRoom = 80;
@@ -80,10 +68,10 @@ std::size_t* SizeOrNull(Session& session, std::size_t room, std::size_t after) {
   return reinterpret_cast<std::size_t*>(piSize);
 }
 
-std::string Shown(const INFO_DATATYPE* piType) {
+std::string TextOf(const INFO_DATATYPE* piType) {
   return piType == nullptr ? "NULL" : model::kNewerInfoDatatypes.NameOf(*piType);
 }
-std::string Shown(const std::size_t* piSize) {
+std::string TextOf(const std::size_t* piSize) {
   return piSize == nullptr ? "NULL" : std::to_string(*piSize);
 }
 
@@ -130,8 +118,8 @@ void CallDSGetBufferPartInfo(Session& session) {
       "%s=DSGetBufferPartInfo(hDS=0x%p, hBuffer=0x%p, iPartIndex=%u, iCmd=%s, 0x%p->(iType=%s), "
       "0x%p->(Buffer=%s), 0x%p->(iSize=%s))",
       {ResultName(result), hDS, hBuffer, part, model::kBufferPartInfoCmds.NameOf(command),
-       outputs.type, Shown(outputs.type), outputs.buffer, value, outputs.size,
-       Shown(outputs.size)});
+       outputs.type, TextOf(outputs.type), outputs.buffer, value, outputs.size,
+       TextOf(outputs.size)});
 }
 
 void CallDSGetFlowInfo(Session& session) {
@@ -145,8 +133,8 @@ void CallDSGetFlowInfo(Session& session) {
       "%s=DSGetFlowInfo(hDS=0x%p, iFlowIndex=%u, iCmd=%s, 0x%p->(iType=%s), 0x%p->(Buffer=%s), "
       "0x%p->(iSize=%s))",
       {ResultName(result), hDS, flow, model::kFlowInfoCmds.NameOf(command), outputs.type,
-       Shown(outputs.type), outputs.buffer, outputs.Value(result), outputs.size,
-       Shown(outputs.size)});
+       TextOf(outputs.type), outputs.buffer, outputs.Value(result), outputs.size,
+       TextOf(outputs.size)});
 }
 
 void CallDSGetBufferSegmentInfo(Session& session) {
@@ -161,8 +149,8 @@ void CallDSGetBufferSegmentInfo(Session& session) {
       "%s=DSGetBufferSegmentInfo(hDS=0x%p, hBuffer=0x%p, iSegmentIndex=%u, iCmd=%s, "
       "0x%p->(iType=%s), 0x%p->(Buffer=%s), 0x%p->(iSize=%s))",
       {ResultName(result), hDS, hBuffer, segment, model::kSegmentInfoCmds.NameOf(command),
-       outputs.type, Shown(outputs.type), outputs.buffer, outputs.Value(result), outputs.size,
-       Shown(outputs.size)});
+       outputs.type, TextOf(outputs.type), outputs.buffer, outputs.Value(result), outputs.size,
+       TextOf(outputs.size)});
 }
 
 void CallDSGetBufferChunkData(Session& session) {
@@ -183,7 +171,7 @@ void CallDSGetBufferChunkData(Session& session) {
       "%s=DSGetBufferChunkData(hDS=0x%p, hBuffer=0x%p, 0x%p->(Chunks=%s), 0x%p->(iNumChunks=%s))",
       {ResultName(result), hDS, hBuffer, chunks,
        hasAnswer ? model::RenderChunks({chunks, room}, *piNumChunks) : "NULL", piNumChunks,
-       Shown(piNumChunks)});
+       TextOf(piNumChunks)});
 }
 
 // The number of entries of a stacked query, more than are shown now and then.

@@ -5,16 +5,6 @@
 #include <limits>
 
 namespace vextrel_test::session {
-namespace {
-
-template <typename T>
-std::string BytesOf(T value) {
-  std::string bytes(sizeof value, '\0');
-  std::memcpy(bytes.data(), &value, sizeof value);
-  return bytes;
-}
-
-}  // namespace
 
 std::uint64_t RandomSource::Number() {
   switch (Below(5)) {

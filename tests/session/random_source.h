@@ -11,6 +11,12 @@
 
 namespace vextrel_test::session {
 
+// As they lie in memory.
+template <typename T>
+[[nodiscard]] std::string BytesOf(const T& value) {
+  return {reinterpret_cast<const char*>(&value), sizeof value};
+}
+
 class RandomSource {
  public:
   explicit RandomSource(std::uint64_t seed) : engine_(seed) {}

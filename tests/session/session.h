@@ -32,6 +32,11 @@ using model::Value;
 enum class HandleKind { TransportLayer, Interface, Device, DataStream, Buffer, Event, Port };
 inline constexpr std::uint64_t kHandleKinds = 7;
 
+// As the lines of the newer functions name a result.
+[[nodiscard]] inline std::string ResultName(GC_ERROR result) {
+  return model::kNewerGcErrors.NameOf(result);
+}
+
 // The call in progress, as the target sees it.
 struct Played {
   GC_ERROR result = 0;

@@ -155,9 +155,9 @@ void ExpectThatEverythingOccurred(const Session& session) {
   }
 }
 
-class RandomSession : public ProxyFiles {};
-
 }  // namespace
+
+class RandomSession : public ProxyFiles {};
 
 TEST_F(RandomSession, LogsLineByLineWhatItsCallsDictate) {
   const std::uint64_t seed = Seed();

@@ -8,7 +8,7 @@
 namespace vextrel_test {
 namespace {
 
-struct Redirection {
+struct RedirectedError {
   std::FILE* file = std::tmpfile();
   int standardError = ::dup(STDERR_FILENO);
 };
@@ -16,13 +16,13 @@ struct Redirection {
 }  // namespace
 
 DebugOutput::DebugOutput() {
-  auto* redirection = new Redirection;
+  auto* redirection = new RedirectedError;
   ::dup2(::fileno(redirection->file), STDERR_FILENO);
   state_ = redirection;
 }
 
 DebugOutput::~DebugOutput() {
-  auto* redirection = static_cast<Redirection*>(state_);
+  auto* redirection = static_cast<RedirectedError*>(state_);
   ::dup2(redirection->standardError, STDERR_FILENO);
   ::close(redirection->standardError);
   std::fclose(redirection->file);
@@ -30,7 +30,7 @@ DebugOutput::~DebugOutput() {
 }
 
 std::string DebugOutput::Text() const {
-  const int file = ::fileno(static_cast<const Redirection*>(state_)->file);
+  const int file = ::fileno(static_cast<const RedirectedError*>(state_)->file);
   std::string text(static_cast<std::size_t>(::lseek(file, 0, SEEK_END)), '\0');
   const auto size = ::pread(file, text.data(), text.size(), 0);
   text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
