@@ -4,6 +4,7 @@
 #define VEXTREL_TESTS_SUPPORT_FILES_H
 
 #include <filesystem>
+#include <ios>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,8 @@ void WriteFile(const std::filesystem::path& path, std::string_view content);
 
 // Returns all bytes of the file, with "\n" line ends on both platforms.
 [[nodiscard]] std::string ReadFile(const std::filesystem::path& path);
+// What the file has behind `at`, which becomes its end.
+[[nodiscard]] std::string ReadFileFrom(const std::filesystem::path& path, std::streamoff& at);
 
 [[nodiscard]] std::vector<std::string> SplitLines(std::string_view text);
 

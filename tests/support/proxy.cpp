@@ -57,11 +57,7 @@ std::vector<std::string> ProxyFiles::LogLines() const {
 }
 
 std::vector<std::string> ProxyFiles::TakeLines() {
-  std::vector<std::string> lines = LogLines();
-  const std::size_t before = std::min(taken_, lines.size());
-  taken_ = lines.size();
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
-  return lines;
+  return SplitLines(ReadFileFrom(LogFile(), taken_));
 }
 
 void ProxyFiles::LoadProxy() {

@@ -80,7 +80,7 @@ class ProxyFiles : public ::testing::Test {
  private:
   std::filesystem::path folder_;
   std::unique_ptr<Module> module_;
-  std::size_t taken_ = 0;
+  std::streamoff taken_ = 0;  // how much of the log was taken, in bytes
 };
 
 // Loaded, logging to a file, initialized and bound to the scripted target, with the start-up lines
