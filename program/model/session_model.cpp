@@ -504,6 +504,11 @@ Stream& SessionModel::StreamOf(HandleId dataStream) {
   return streams_[handle.stream];
 }
 
+const Stream* SessionModel::FindStream(HandleId id) const {
+  const std::size_t stream = id == kNoHandle ? SIZE_MAX : handles_.At(id).stream;
+  return stream == SIZE_MAX ? nullptr : &streams_[stream];
+}
+
 Stream* SessionModel::StreamOfBuffer(HandleId buffer) {
   const HandleId parent = handles_.At(buffer).parent;
   return parent == kNoHandle ? nullptr : &StreamOf(parent);

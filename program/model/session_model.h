@@ -84,6 +84,9 @@ class SessionModel {
   [[nodiscard]] const Handles& AllHandles() const noexcept { return handles_; }
   [[nodiscard]] const CallCounts& Counts() const noexcept { return counts_; }
   [[nodiscard]] const std::vector<Stream>& Streams() const noexcept { return streams_; }
+  // What the handle's data stream did; null if it's no handle, or none of a stream that did
+  // anything.
+  [[nodiscard]] const Stream* FindStream(HandleId id) const;
   [[nodiscard]] const std::vector<Session>& Sessions() const noexcept { return sessions_; }
   [[nodiscard]] const std::vector<std::string>& Threads() const noexcept { return threads_; }
   [[nodiscard]] TimeKind Time() const noexcept { return timeKind_; }

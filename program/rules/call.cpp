@@ -61,6 +61,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Function::Other)
     "EventKill",
 };
 
+constexpr std::int64_t kLongEnough = 100;  // ms
+
 std::vector<Function> MakeFunctions() {
   std::vector<Function> functions(FunctionNames().size(), Function::Other);
   for (std::size_t i = 0; i < kNames.size(); ++i) {
@@ -157,6 +159,12 @@ bool Call::StartedBehind(const LogPlace& place, std::uint32_t thread) const noex
     return true;
   }
   return previousOfThread_.has_value() && !IsBehind(place, *previousOfThread_);
+}
+
+bool TimedOutSince(const Call& call, const Moment& since) {
+  const bool isLong = call.Number("iTimeout") >= std::uint64_t{kLongEnough} ||
+                      (since.time.has_value() && call.Time() - *since.time >= kLongEnough * 1000);
+  return call.Result() == GC_ERR_TIMEOUT && isLong;
 }
 
 }  // namespace vextrel::program

@@ -111,6 +111,9 @@ class Call {
   [[nodiscard]] std::int64_t Time() const noexcept { return context_->time; }
   [[nodiscard]] vextrel::program::Moment Moment() const;
 
+  // Of the place that is named hDS; null if there's none, or nothing is known of its stream.
+  [[nodiscard]] const Stream* StreamIn() const { return model_->FindStream(HandleIn("hDS")); }
+
   // The place with this label, or kNoPlace.
   [[nodiscard]] std::size_t Find(std::string_view label) const {
     return message_->shape->Find(label);
@@ -138,6 +141,10 @@ class Call {
   Function function_;
   std::optional<LogPlace> previousOfThread_;
 };
+
+// True iff `call` is a wait that timed out, and 100 ms or more have passed since then, or were
+// waited: that's long enough for what comes right behind a start.
+[[nodiscard]] bool TimedOutSince(const Call& call, const Moment& since);
 
 }  // namespace vextrel::program
 

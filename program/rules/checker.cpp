@@ -67,6 +67,7 @@ void Checker::BeforeCall(const Record& record, const Message& message, const Con
 }
 
 void Checker::Take(const Record& record, const Message& message, const Context& context) {
+  log_.isCut = record.isCut;
   for (RuleFamily* family : any_) {
     family->OnAny(record, context);
   }
@@ -77,6 +78,10 @@ void Checker::Take(const Record& record, const Message& message, const Context& 
         log_.beginsWithLibrary || (!log_.anyCall && !model_.Sessions().front().producer.empty());
     for (const std::unique_ptr<RuleFamily>& family : families_) {
       family->OnReport(model_, record, message, context, ThreadOf(context).lastFinding);
+    }
+  } else if (message.kind == MessageKind::Enters) {
+    for (const std::unique_ptr<RuleFamily>& family : families_) {
+      family->OnEnter(model_, model_.Timings().InTarget().back());
     }
   } else if (message.kind == MessageKind::Other) {
     for (const std::unique_ptr<RuleFamily>& family : families_) {

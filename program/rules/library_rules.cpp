@@ -101,6 +101,9 @@ class Library : public RuleFamily {
         return;
       }
     }
+    if (EndsInTheMiddle(model, log_, kLibraryPair.id, findings_)) {
+      return;
+    }
     if (Finding* finding =
             findings_.Add(kLibraryPair, Severity::Warning, KeyOf(0, ++sessions_), moment)) {
       finding->message = "The session ends without GCCloseLib, though everything else is closed.";

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,6 +79,9 @@ class TypedLog {
   TypedLog& Cut();
   // As Ok, with timing lines around the target's part of it.
   TypedLog& Timed(std::string_view call, std::string_view microseconds);
+  // The two halves of that: a call enters the producer, and returns on the same thread later.
+  TypedLog& Enters(std::string_view call);
+  TypedLog& Returns(std::string_view result, std::string_view call, std::string_view microseconds);
 
   // The library, a transport layer, an interface and a device with its port, each list updated.
   TypedLog& OpenDevice();
@@ -110,6 +114,8 @@ class TypedLog {
   bool isDeviceOpen_ = false;
   bool isStreamOpen_ = false;
   bool isRunning_ = false;
+  std::map<std::string, int, std::less<>>
+      entered_;  // the number of the call that each thread is in
   std::vector<int> because_;
 };
 
@@ -118,7 +124,11 @@ struct RuleCase {
   const char* name;
   const char* expected;  // "BUF-STARVE error", several with commas, or "" for nothing
   std::function<void(TypedLog&)> type;
+  const char* says = "";  // a part of the first finding's message
 };
+
+// What `vextrel check --json` writes of it.
+[[nodiscard]] std::string CheckedAsJson(const TypedLog& log);
 
 // Checks each log in turn. Beside its rule and severity, a finding must stand at the line that was
 // marked, and the marked explanations must be among its own.
