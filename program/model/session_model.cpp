@@ -43,6 +43,21 @@ std::string_view TextIn(const Message& message, std::string_view label) {
   return place == kNoPlace ? std::string_view() : message.values[place].text;
 }
 
+// A pointer that stands as an input, or nothing.
+std::optional<std::uint64_t> PointerIn(const Message& message, std::string_view label) {
+  const std::size_t place = message.shape->Find(label);
+  std::uint64_t value = 0;
+  const std::string_view text = place == kNoPlace ? "" : message.values[place].text;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
+  return text.empty() || error != std::errc() ? std::nullopt : std::optional(value);
+}
+
+// Whether a producer may answer so to a handle of another kind.
+bool RefusesArgument(GC_ERROR result) {
+  return result == GC_ERR_INVALID_HANDLE || result == GC_ERR_INVALID_PARAMETER ||
+         result == GC_ERR_ERROR;
+}
+
 // REQUIRES: it's a record that no line of the writer's makes.
 bool IsOtherLine(const Record& record) {
   constexpr std::string_view own = "Vextrel";
@@ -237,6 +252,7 @@ void SessionModel::TakeReport(const Record& record, const Message& message) {
     sessions_.back().producerVersion = message.values[0].text;
   }
   context_.handles.fill(kNoHandle);
+  context_.misplaced.fill(kNoHandle);
   for (std::size_t i = 0; i < message.shape->places.size(); ++i) {
     if (message.shape->places[i].meaning == Meaning::Handle) {
       context_.handles[i] = handles_.Find(HandleKind::Any, message.values[i].number);
@@ -316,15 +332,32 @@ void SessionModel::ResolveHandles(const Message& message) {
   const std::vector<Place>& places = message.shape->places;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const Place& place = places[i];
-    // The outputs of a call that failed hold nothing.
-    const bool isHandle = place.meaning == Meaning::Handle && !(place.isOutput && message.Failed());
-    context_.handles[i] = isHandle && !place.isOutput
-                              ? handles_.FindOrAdd(place.kind, message.values[i].number)
-                              : kNoHandle;
-    if (isHandle && place.isOutput) {
-      // Opening functions replace it.
+    context_.handles[i] = kNoHandle;
+    context_.misplaced[i] = kNoHandle;
+    if (place.meaning != Meaning::Handle) {
+      continue;
+    }
+    if (!place.isOutput) {
+      ResolveInput(message, i);
+    } else if (!message.Failed()) {
+      // Opening functions replace it. The outputs of a call that failed hold nothing.
       context_.handles[i] = handles_.Find(place.kind, message.values[i].number);
     }
+  }
+}
+
+void SessionModel::ResolveInput(const Message& message, std::size_t at) {
+  const HandleKind kind = message.shape->places[at].kind;
+  const std::uint64_t value = message.values[at].number;
+  context_.handles[at] = handles_.Find(kind, value);
+  if (context_.handles[at] != kNoHandle) {
+    return;
+  }
+  if (kind != HandleKind::Any && RefusesArgument(message.result)) {
+    context_.misplaced[at] = handles_.FindOther(kind, value);
+  }
+  if (context_.misplaced[at] == kNoHandle) {
+    context_.handles[at] = handles_.FindOrAdd(kind, value);
   }
 }
 
@@ -454,6 +487,10 @@ void SessionModel::OnAnnounce(const Record& record, const Message& message) {
   OnOpen(record, message, HandleKind::Buffer, "hDS", "", "hBuffer");
   const HandleId buffer = HandleIn(message, "hBuffer");
   const HandleId dataStream = HandleIn(message, "hDS");
+  if (buffer != kNoHandle) {
+    handles_.At(buffer).memory = PointerIn(message, "pBuffer");
+    handles_.At(buffer).userPointer = PointerIn(message, "pPrivate");
+  }
   if (buffer != kNoHandle && dataStream != kNoHandle) {
     handles_.At(buffer).state = BufferState::Unqueued;
     StreamOf(dataStream).Announce();

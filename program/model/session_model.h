@@ -48,6 +48,13 @@ struct Context {
   std::int64_t sinceLast = 0;  // since the record before that is no timing line
   // The handle in each place, kNoHandle where there's none.
   std::array<HandleId, kMaxConversions> handles{};
+  // The handle of another kind that was given in a place instead, and that the call was refused
+  // for.
+  std::array<HandleId, kMaxConversions> misplaced{};
+  // Whichever of the two there is.
+  [[nodiscard]] HandleId Given(std::size_t place) const noexcept {
+    return handles[place] != kNoHandle ? handles[place] : misplaced[place];
+  }
   HandleId delivered = kNoHandle;  // the buffer that an event brought
   bool isNewBufferEvent = false;
   bool isOtherLine = false;                 // written by another program or category
@@ -130,6 +137,7 @@ class SessionModel {
   void TakeCall(const Record& record, const Message& message);
   void StartSession(const Record& record);
   void ResolveHandles(const Message& message);
+  void ResolveInput(const Message& message, std::size_t at);
   void NoteGap(const Record& record, const Message& message);
 
   void OnInitLib(const Record& record, const Message& message);

@@ -122,7 +122,8 @@ class BufferMemory : public RuleFamily {
     }
     const HandleId buffer = call.HandleIn("hBuffer");
     if (isOurs && buffer != kNoHandle && stream.memory.size() < kMostMemory) {
-      const Memory added{buffer, AddressIn(call, 1), call.Number("iSize"), call.Place()};
+      const Memory added{buffer, call.At(buffer).memory.value_or(0), call.Number("iSize"),
+                         call.Place()};
       CheckShared(call, added, stream);
       stream.memory.push_back(added);
     }
@@ -136,15 +137,6 @@ class BufferMemory : public RuleFamily {
       finding->handles.push_back(call.All().Name(id));
       Relate(*finding, other, isOurs ? "DSAllocAndAnnounceBuffer" : "DSAnnounceBuffer");
     }
-  }
-
-  static std::uint64_t AddressIn(const Call& call, std::size_t place) {
-    std::uint64_t value = 0;
-    for (const char each : call.Message().values[place].text) {
-      const int digit = each <= '9' ? each - '0' : (each | 0x20) - 'a' + 10;
-      value = value << 4U | (static_cast<std::uint64_t>(digit) & 0xFU);
-    }
-    return value;
   }
 
   void CheckShared(const Call& call, const Memory& added, const BufferedStream& stream) {

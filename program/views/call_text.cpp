@@ -80,6 +80,38 @@ void AppendValue(std::string& out, const Record& record, const Place& place,
   }
 }
 
+// What it is, not what it was taken for.
+void AppendMisplaced(std::string& out, const Place& place, HandleId id, const Handles& handles) {
+  AppendSafe(out, handles.FullName(id));
+  out += " (given as ";
+  out += KindText(place.kind);
+  out += ')';
+}
+
+// Of a value that is a pointer itself, the log shows where it was stored, and not what it is.
+bool IsPointerValue(const LineShape& shape, const Message& message, const Place& place) {
+  const std::size_t type = shape.Find("iType");
+  return place.label == "Buffer" && type != kNoPlace &&
+         message.values[type].text == "INFO_DATATYPE_PTR" && shape.Find("Buffer") != kNoPlace &&
+         message.values[shape.Find("Buffer")].text != "NULL";
+}
+
+// What it was when the buffer was announced.
+void AppendPointerValue(std::string& out, const Message& message, const Context& context,
+                        const Handles& handles) {
+  const std::size_t buffer = message.shape->Find("hBuffer");
+  const std::size_t command = message.shape->Find("iCommand");
+  std::optional<std::uint64_t> value;
+  if (buffer != kNoPlace && command != kNoPlace && context.handles[buffer] != kNoHandle) {
+    const Handle& handle = handles.At(context.handles[buffer]);
+    const std::string_view name = message.values[command].text;
+    value = name == "BUFFER_INFO_BASE"       ? handle.memory
+            : name == "BUFFER_INFO_USER_PTR" ? handle.userPointer
+                                             : std::nullopt;
+  }
+  out += value.has_value() ? fmt::format("Buffer=0x{:016X}", *value) : "Buffer=(not in the log)";
+}
+
 // The type and the size of a value say nothing beside the value itself.
 bool IsBesideValue(const LineShape& shape, const Message& message, const Place& place) {
   if (place.label == "iType") {
@@ -162,7 +194,11 @@ void AppendCall(std::string& out, const Record& record, const Message& message,
     if (IsShown(place) && !place.isOutput) {
       out += first ? "" : ", ";
       first = false;
-      AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      if (context.misplaced[i] != kNoHandle) {
+        AppendMisplaced(out, place, context.misplaced[i], handles);
+      } else {
+        AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      }
     }
   }
   out += ')';
@@ -180,7 +216,11 @@ void AppendCall(std::string& out, const Record& record, const Message& message,
     if (IsShown(place) && place.isOutput && !IsBesideValue(shape, message, place)) {
       out += first ? " -> " : ", ";
       first = false;
-      AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      if (IsPointerValue(shape, message, place)) {
+        AppendPointerValue(out, message, context, handles);
+      } else {
+        AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      }
     }
   }
 }
