@@ -171,7 +171,8 @@ const Context& SessionModel::Take(const Record& record, const Message& message) 
       ++(context_.isOtherLine ? otherLines_ : unreadable_);
       break;
   }
-  context_.session = static_cast<std::uint32_t>(sessions_.size());
+  const bool isLoading = loading_.has_value() && message.kind == MessageKind::Report;
+  context_.session = static_cast<std::uint32_t>(sessions_.size()) + (isLoading ? 1 : 0);
   return context_;
 }
 
@@ -217,7 +218,7 @@ SessionModel::Thread& SessionModel::CurrentThread() {
   return threadStates_[context_.thread == 0 ? 0 : context_.thread - 1];
 }
 
-void SessionModel::StartSession(const Record& record) {
+void SessionModel::StartSession(const LogPlace& begin) {
   if (observer_ != nullptr) {
     observer_->BeforeSessionEnds();
   }
@@ -229,7 +230,7 @@ void SessionModel::StartSession(const Record& record) {
   runningStreams_ = 0;
   handles_.EndAll();
   timings_.Abandon();
-  sessions_.emplace_back().begin = record.place;
+  sessions_.emplace_back().begin = begin;
   sessionHasCalls_ = false;
 }
 
@@ -242,14 +243,9 @@ void SessionModel::TakeReport(const Record& record, const Message& message) {
   const Priority priority = PriorityOfReport(message.line);
   reports_ += priority == Priority::Info ? 0 : 1;
   if (message.line == known.loadingProducer || message.line == known.loadingConfigFile) {
-    if (sessionHasCalls_) {
-      StartSession(record);
-    }
-    if (message.line == known.loadingProducer) {
-      sessions_.back().producer = message.values[0].text;
-    }
+    TakeLoading(record, message);
   } else if (message.line == known.producerVersion) {
-    sessions_.back().producerVersion = message.values[0].text;
+    (loading_.has_value() ? *loading_ : sessions_.back()).producerVersion = message.values[0].text;
   }
   context_.handles.fill(kNoHandle);
   context_.misplaced.fill(kNoHandle);
@@ -260,13 +256,41 @@ void SessionModel::TakeReport(const Record& record, const Message& message) {
   }
 }
 
+// Another process begins like this, and so does a second GCInitLib, which is refused then: the
+// thread tells them apart mostly, and otherwise the call's result.
+void SessionModel::TakeLoading(const Record& record, const Message& message) {
+  const bool isKnownThread = context_.thread != 0 && CurrentThread().session == sessions_.size();
+  if (sessionHasCalls_ && !loading_.has_value()) {
+    if (isKnownThread && !sessions_.back().wasClosed) {
+      loading_.emplace().begin = record.place;
+    } else {
+      StartSession(record.place);
+    }
+  }
+  if (message.line == Known().loadingProducer) {
+    (loading_.has_value() ? *loading_ : sessions_.back()).producer = message.values[0].text;
+  }
+}
+
+void SessionModel::EndLoading(const Message& initialization) {
+  if (loading_.has_value() && initialization.result != GC_ERR_RESOURCE_IN_USE) {
+    StartSession(loading_->begin);
+    sessions_.back() = *loading_;
+  }
+  loading_.reset();
+}
+
 void SessionModel::TakeCall(const Record& record, const Message& message) {
   const std::size_t function = message.shape->functionIndex;
   const Handler handler = handlers_[function];
-  if (handler == &SessionModel::OnInitLib && !message.Failed()) {
-    OnInitLib(record, message);
+  if (handler == &SessionModel::OnInitLib) {
+    EndLoading(message);
+    if (!message.Failed()) {
+      OnInitLib(record, message);
+    }
   }
   sessionHasCalls_ = true;
+  CurrentThread().session = sessions_.size();
   ResolveHandles(message);
   context_.failure = counts_.Add(function, message.result, record.place, context_.thread);
   context_.timing = TimingOf(message);
@@ -409,7 +433,7 @@ void SessionModel::EndHandle(HandleId id) {
 
 void SessionModel::OnInitLib(const Record& record, const Message& /*message*/) {
   if (sessions_.back().wasInitialized) {
-    StartSession(record);
+    StartSession(record.place);
   }
   sessions_.back().wasInitialized = true;
 }
@@ -753,6 +777,10 @@ void SessionModel::OnLastError(const Record& /*record*/, const Message& message)
 }
 
 void SessionModel::Finish() {
+  if (loading_.has_value()) {
+    StartSession(loading_->begin);
+    sessions_.back() = *loading_;
+  }
   if (observer_ != nullptr) {
     observer_->BeforeSessionEnds();
   }

@@ -25,7 +25,7 @@ namespace vextrel::program {
 
 // From one GCInitLib to the next.
 struct Session {
-  LogPlace begin;
+  LogPlace begin{};
   std::string producer;         // its path, if the log names it
   std::string producerVersion;  // "0.0.0.0" if the module has none
   bool wasInitialized = false;
@@ -41,8 +41,8 @@ struct Gap {
 
 // What a record means in the session that it belongs to.
 struct Context {
-  std::uint32_t session = 1;
-  std::uint32_t thread = 0;  // from 1; 0 if the layout doesn't show it
+  std::uint32_t session = 1;  // one more than there are, in front of a GCInitLib that may begin it
+  std::uint32_t thread = 0;   // from 1; 0 if the layout doesn't show it
   bool hasTime = false;
   std::int64_t time = 0;       // in microseconds, as the log shows it
   std::int64_t sinceLast = 0;  // since the record before that is no timing line
@@ -123,6 +123,7 @@ class SessionModel {
     std::int64_t lastTime = 0;
     bool hasTime = false;
     std::size_t lastFailure = CallCounts::kNone;
+    std::size_t session = 0;  // of its last call
   };
   using Handler = void (SessionModel::*)(const Record&, const Message&);
   struct Handlers;
@@ -135,7 +136,9 @@ class SessionModel {
   void TakeTiming(const Record& record, const Message& message);
   [[nodiscard]] const TimedCall* TimingOf(const Message& message);
   void TakeCall(const Record& record, const Message& message);
-  void StartSession(const Record& record);
+  void StartSession(const LogPlace& begin);
+  void TakeLoading(const Record& record, const Message& message);
+  void EndLoading(const Message& initialization);
   void ResolveHandles(const Message& message);
   void ResolveInput(const Message& message, std::size_t at);
   void NoteGap(const Record& record, const Message& message);
@@ -191,6 +194,7 @@ class SessionModel {
   CallTimings timings_;
   std::vector<Stream> streams_;
   std::vector<Session> sessions_;
+  std::optional<Session> loading_;  // what a GCInitLib begins if it succeeds
   std::vector<std::string> threads_;
   std::vector<Thread> threadStates_;
   std::map<std::string, std::uint32_t, std::less<>> threadNumbers_;

@@ -88,6 +88,9 @@ void Checker::Take(const Record& record, const Message& message, const Context& 
       family->OnOther(record, message, context);
     }
   }
+  if (context.session > model_.Sessions().size()) {
+    return;  // it belongs to what begins next
+  }
   last_ = {record.place, context.hasTime ? std::optional<std::int64_t>(context.time) : std::nullopt,
            context.thread};
 }

@@ -88,12 +88,13 @@ void AppendMisplaced(std::string& out, const Place& place, HandleId id, const Ha
   out += ')';
 }
 
-// Of a value that is a pointer itself, the log shows where it was stored, and not what it is.
-bool IsPointerValue(const LineShape& shape, const Message& message, const Place& place) {
+// Of a value that is a pointer itself, some lines show where it was stored, and not what it is.
+bool IsStorage(const LineShape& shape, const Message& message, std::size_t place) {
   const std::size_t type = shape.Find("iType");
-  return place.label == "Buffer" && type != kNoPlace &&
-         message.values[type].text == "INFO_DATATYPE_PTR" && shape.Find("Buffer") != kNoPlace &&
-         message.values[shape.Find("Buffer")].text != "NULL";
+  const std::string_view text = message.values[place].text;
+  return shape.places[place].label == "Buffer" && type != kNoPlace &&
+         message.values[type].text == "INFO_DATATYPE_PTR" && text.starts_with("0x") && place > 0 &&
+         text.substr(2) == message.values[place - 1].text;
 }
 
 // What it was when the buffer was announced.
@@ -216,7 +217,7 @@ void AppendCall(std::string& out, const Record& record, const Message& message,
     if (IsShown(place) && place.isOutput && !IsBesideValue(shape, message, place)) {
       out += first ? " -> " : ", ";
       first = false;
-      if (IsPointerValue(shape, message, place)) {
+      if (IsStorage(shape, message, i)) {
         AppendPointerValue(out, message, context, handles);
       } else {
         AppendValue(out, record, place, message.values[i], context.handles[i], handles);

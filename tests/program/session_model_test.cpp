@@ -108,6 +108,31 @@ TEST(SessionModel, StartsANewSessionWithEachInitialization) {
   EXPECT_EQ(model.AllHandles().At(Named(model, "DEV2")).session, 2U);
 }
 
+// The thread id says nothing then: the second one may be another process's.
+TEST(SessionModel, StartsNoSessionWithAnInitializationThatIsRefused) {
+  const std::string loading = LogLine(1, "Loading GenTL Producer '/opt/other.cti'") +
+                              LogLine(1, "GenTL producer file version: '9.9.9.9'");
+  const std::string opened =
+      LogLine(0, "Loading GenTL Producer '/opt/camera.cti'") +
+      LogLine(0, "GC_ERR_SUCCESS=GCInitLib(void)") +
+      LogLine(1, "GC_ERR_SUCCESS=TLOpen(0x000000000000F000->(pHandle=0x0000000000000A10))");
+  const SessionModel refused =
+      ModelOf(opened + loading + LogLine(2, "GC_ERR_RESOURCE_IN_USE=GCInitLib(void)"));
+  ASSERT_EQ(refused.Sessions().size(), 1U);
+  EXPECT_EQ(refused.Sessions()[0].producer, "/opt/camera.cti");
+  EXPECT_TRUE(refused.AllHandles().At(Named(refused, "TL1")).isOpen);
+  const SessionModel another =
+      ModelOf(opened + loading + LogLine(2, "GC_ERR_SUCCESS=GCInitLib(void)"));
+  ASSERT_EQ(another.Sessions().size(), 2U);
+  EXPECT_EQ(another.Sessions()[1].begin.line, 4U);
+  EXPECT_EQ(another.Sessions()[1].producer, "/opt/other.cti");
+  EXPECT_EQ(another.Sessions()[1].producerVersion, "9.9.9.9");
+  EXPECT_FALSE(another.AllHandles().At(Named(another, "TL1")).isOpen);
+  // It hangs, or the process has ended in it.
+  const SessionModel unknown = ModelOf(opened + loading);
+  EXPECT_EQ(unknown.Sessions().size(), 2U);
+}
+
 TEST(SessionModel, TakesALogThatStartsLate) {
   const std::string whole = SmallSession();
   const SessionModel model = ModelOf(whole.substr(whole.find("2026-11-21 12:00:00.110")));
