@@ -1,85 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "rules/call.h"
 
-#include <array>
 #include <charconv>
-#include <vector>
 
 #include "reading/value_reading.h"
 
 namespace vextrel::program {
 namespace {
 
-// In the order of Function.
-constexpr std::array<std::string_view, static_cast<std::size_t>(Function::Other)> kNames = {
-    "GCInitLib",
-    "GCCloseLib",
-    "GCGetLastError",
-    "TLOpen",
-    "TLClose",
-    "TLUpdateInterfaceList",
-    "TLGetNumInterfaces",
-    "TLGetInterfaceID",
-    "TLOpenInterface",
-    "IFClose",
-    "IFUpdateDeviceList",
-    "IFGetNumDevices",
-    "IFGetDeviceID",
-    "IFGetDeviceInfo",
-    "IFOpenDevice",
-    "DevGetPort",
-    "DevGetNumDataStreams",
-    "DevGetDataStreamID",
-    "DevOpenDataStream",
-    "DevGetInfo",
-    "DevClose",
-    "DSAnnounceBuffer",
-    "DSAllocAndAnnounceBuffer",
-    "DSAnnounceCompositeBuffer",
-    "DSFlushQueue",
-    "DSStartAcquisition",
-    "DSStopAcquisition",
-    "DSGetInfo",
-    "DSGetBufferID",
-    "DSClose",
-    "DSRevokeBuffer",
-    "DSQueueBuffer",
-    "DSGetBufferInfo",
-    "DSGetBufferPartInfo",
-    "DSGetBufferChunkData",
-    "GCReadPort",
-    "GCWritePort",
-    "GCReadPortStacked",
-    "GCWritePortStacked",
-    "GCGetPortURL",
-    "GCGetNumPortURLs",
-    "GCGetPortURLInfo",
-    "GCRegisterEvent",
-    "GCUnregisterEvent",
-    "EventGetData",
-    "EventFlush",
-    "EventKill",
-};
-
 constexpr std::int64_t kLongEnough = 100;  // ms
 
-std::vector<Function> MakeFunctions() {
-  std::vector<Function> functions(FunctionNames().size(), Function::Other);
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const std::size_t shape = FindCallShape(kNames[i]);
-    if (shape != kNoPlace) {
-      functions[CallShapes()[shape].functionIndex] = static_cast<Function>(i);
-    }
-  }
-  return functions;
-}
-
 }  // namespace
-
-Function FunctionOf(std::size_t functionIndex) {
-  static const std::vector<Function> functions = MakeFunctions();
-  return functions[functionIndex];
-}
 
 bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor) {
   for (; id != kNoHandle; id = handles.At(id).parent) {
