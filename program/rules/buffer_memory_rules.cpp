@@ -109,9 +109,7 @@ class BufferMemory : public RuleFamily {
   static constexpr std::size_t kMostMemory = 20'000;
 
   void OnAnnounce(const Call& call, HandleId id) {
-    if (streams_.size() > 1000) {
-      std::erase_if(streams_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(streams_, call.All(), 1000);
     BufferedStream& stream = streams_[id];
     const bool isOurs = call.Which() == Function::DSAnnounceBuffer;
     std::optional<LogPlace>& first = isOurs ? stream.announcedAt : stream.allocatedAt;

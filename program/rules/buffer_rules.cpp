@@ -160,9 +160,7 @@ class Buffers : public RuleFamily {
   }
 
   void OnAnnounce(const Call& call, HandleId id) {
-    if (streams_.size() > 1000) {
-      std::erase_if(streams_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(streams_, call.All(), 1000);
     std::vector<Buffer>& buffers = streams_[id].buffers;
     const HandleId buffer = call.HandleIn("hBuffer");
     if (buffer != kNoHandle && buffers.size() < kMostBuffers) {

@@ -99,6 +99,15 @@ template <typename Family>
 [[nodiscard]] bool EndsInTheMiddle(const SessionModel& model, const LogKnowledge& log,
                                    std::string_view rule, Findings& findings);
 
+// Takes closed handles out of a map by handles once it holds more than `most`: memory stays
+// bounded, even if handles are opened and closed for days.
+template <typename Map>
+void ForgetClosed(Map& map, const Handles& handles, std::size_t most) {
+  if (map.size() > most) {
+    std::erase_if(map, [&handles](const auto& each) { return !handles.At(each.first).isOpen; });
+  }
+}
+
 // Tells faults of one rule from each other: by handle, and by whatever else there is.
 [[nodiscard]] constexpr std::uint64_t KeyOf(std::uint64_t handle,
                                             std::uint64_t other = 0) noexcept {

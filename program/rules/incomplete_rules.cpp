@@ -43,9 +43,7 @@ class IncompleteFrames : public RuleFamily {
       return;
     }
     if (call.Which() == Function::EventGetData) {
-      if (frames_.size() > kMostFrames) {
-        std::erase_if(frames_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-      }
+      ForgetClosed(frames_, call.All(), kMostFrames);
       if (call.Context().delivered != kNoHandle && frames_.size() <= kMostFrames) {
         frames_[call.Context().delivered] = {};
       }
@@ -105,16 +103,13 @@ class IncompleteFrames : public RuleFamily {
       return;
     }
     row.longest = std::max(row.longest, ++row.now);
-    Finding* finding = findings_.Add(kIncomplete, Severity::Warning, KeyOf(id), call.Moment());
-    if (finding != nullptr) {
-      finding->handles.push_back(call.All().Name(id));
-      if (frame.filled.has_value() && frame.size.has_value()) {
+    if (Finding* finding =
+            findings_.AddOrUpdate(kIncomplete, Severity::Warning, KeyOf(id), call.Moment())) {
+      finding->handles = {call.All().Name(id)};
+      if (finding->count == 1 && frame.filled.has_value() && frame.size.has_value()) {
         Relate(*finding, call.Place(),
                fmt::format("it has {} of {} bytes", *frame.filled, *frame.size));
       }
-    }
-    finding = findings_.Find(kIncomplete, KeyOf(id));
-    if (finding != nullptr) {
       finding->message = fmt::format(
           "{} delivered incomplete frames, up to {} in a row: likely data is lost on the way.",
           call.Named(id), row.longest);

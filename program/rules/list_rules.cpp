@@ -167,10 +167,7 @@ class Lists : public RuleFamily {
   };
 
   List& ListOf(const Call& call, HandleId id) {
-    // Bounded, even if handles are opened and closed for days.
-    if (lists_.size() > 1000) {
-      std::erase_if(lists_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(lists_, call.All(), 1000);
     return lists_[id];
   }
 

@@ -309,9 +309,7 @@ class Queue : public RuleFamily {
   }
 
   void RememberQueued(const Call& call, HandleId id) {
-    if (queuedAt_.size() > 10'000) {
-      std::erase_if(queuedAt_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(queuedAt_, call.All(), 10'000);
     queuedAt_[id] = call.Place();
   }
 

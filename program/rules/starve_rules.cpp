@@ -111,9 +111,7 @@ class Starvation : public RuleFamily {
     if (call.Context().delivered == kNoHandle) {
       return;
     }
-    if (deliveredAt_.size() > 10'000) {
-      std::erase_if(deliveredAt_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(deliveredAt_, call.All(), 10'000);
     deliveredAt_[call.Context().delivered] = call.Place();
     const Stream* stream = call.Model().FindStream(dataStream);
     if (stream != nullptr && stream->IsRunning() && call.HasTime() && stream->CurrentDepth() == 0 &&

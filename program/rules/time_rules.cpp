@@ -199,12 +199,10 @@ class Times : public RuleFamily {
     if (static_cast<double>(interval) < kTimeManyIntervals * usual) {
       return;
     }
-    if (Finding* finding =
-            findings_.Add(kStall, Severity::Warning, KeyOf(stream.Id()), call.Moment())) {
-      finding->handles.push_back(call.All().Name(stream.Id()));
-    }
     state.longest = std::max(state.longest, interval);
-    if (Finding* finding = findings_.Find(kStall, KeyOf(stream.Id()))) {
+    if (Finding* finding =
+            findings_.AddOrUpdate(kStall, Severity::Warning, KeyOf(stream.Id()), call.Moment())) {
+      finding->handles = {call.All().Name(stream.Id())};
       finding->message = fmt::format(
           "A frame of {} came {} ms after the one before; {} ms are usual.",
           call.Named(stream.Id()), state.longest / 1000, static_cast<std::int64_t>(usual) / 1000);
@@ -227,10 +225,8 @@ class Times : public RuleFamily {
     }
     state.missing += missing;
     if (Finding* finding =
-            findings_.Add(kGap, Severity::Warning, KeyOf(stream->Id()), call.Moment())) {
-      finding->handles.push_back(call.All().Name(stream->Id()));
-    }
-    if (Finding* finding = findings_.Find(kGap, KeyOf(stream->Id()))) {
+            findings_.AddOrUpdate(kGap, Severity::Warning, KeyOf(stream->Id()), call.Moment())) {
+      finding->handles = {call.All().Name(stream->Id())};
       finding->message = fmt::format(
           "{} frame ids of {} are missing, though the application didn't hold all buffers: "
           "likely the frames were lost on the way.",

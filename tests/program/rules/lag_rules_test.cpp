@@ -19,11 +19,9 @@ std::string DevInfo(std::string_view command, std::string_view value) {
 TypedLog& Frames(TypedLog& log, std::string_view command, std::uint32_t ticks, int milliseconds,
                  int count, int first = 0) {
   for (int i = first; i < first + count; ++i) {
-    const std::uint64_t buffer = kBuffer + static_cast<std::uint64_t>(i % 4);
     const std::uint32_t stamp = 0xFFFFFF00U + ticks * static_cast<std::uint32_t>(i);
-    log.Ok(Wait(kEvent, buffer));
-    log.Ok(BufferInfo(kDS, buffer, command, std::to_string(stamp), "INFO_DATATYPE_UINT64"));
-    log.Ok(Queue(kDS, buffer)).Pass(milliseconds);
+    log.FrameSaying(i % 4, command, std::to_string(stamp), "INFO_DATATYPE_UINT64");
+    log.Pass(milliseconds);
   }
   return log;
 }

@@ -263,6 +263,21 @@ TypedLog& TypedLog::Frame(int buffer, int hold) {
   return Ok(Wait(kEvent, handle)).Pass(hold).Ok(Queue(kDS, handle));
 }
 
+TypedLog& TypedLog::Frames(int count, int interval) {
+  for (int i = 0; i < count; ++i) {
+    Frame(i % buffers_).Pass(interval - 1);
+  }
+  return *this;
+}
+
+TypedLog& TypedLog::FrameSaying(int buffer, std::string_view command, std::string_view value,
+                                std::string_view type) {
+  const std::uint64_t handle = kBuffer + static_cast<std::uint64_t>(buffer);
+  return Ok(Wait(kEvent, handle))
+      .Ok(BufferInfo(kDS, handle, command, value, type))
+      .Ok(Queue(kDS, handle));
+}
+
 TypedLog& TypedLog::StopStream() {
   isRunning_ = false;
   return Pass(20).Ok(Stop(kDS)).Ok(Flush(kDS, "ALL_DISCARD"));
