@@ -174,6 +174,7 @@ constexpr Fault kFaults[] = {
     {"close-twice", Fault::Time::Stopped, CloseTwice},
     {"close-while-running", Fault::Time::Running, CloseWhileRunning},
     {"count-unlisted", Fault::Time::Stopped, CountUnlisted},
+    {"end-while-waiting", Fault::Time::Stopped, EndWhileWaiting},
     {"flush-while-running", Fault::Time::Running, FlushWhileRunning},
     {"ignore-errors", Fault::Time::Running, IgnoreErrors},
     {"index-behind-end", Fault::Time::Stopped, AskBehindTheEnd},
@@ -200,7 +201,9 @@ constexpr Fault kFaults[] = {
     {"update-briefly", Fault::Time::Stopped, UpdateBriefly},
     {"update-while-reading", Fault::Time::Stopped, UpdateWhileReading},
     {"use-closed-library", Fault::Time::Stopped, UseClosedLibrary},
+    {"wait-briefly", Fault::Time::Running, WaitBriefly},
     {"wait-for-nothing", Fault::Time::Running, WaitForNothing},
+    {"wait-under-lock", Fault::Time::Stopped, WaitUnderLock},
     {"write-read-only", Fault::Time::Stopped, WriteReadOnly},
     {"wrong-kind", Fault::Time::Stopped, UseWrongKind},
 };

@@ -2,7 +2,12 @@
 #include "stream_faults.h"
 
 #include <array>
+#include <chrono>
+#include <cstdlib>
 #include <functional>
+#include <iostream>
+#include <semaphore>
+#include <thread>
 
 #include "fault_calls.h"
 
@@ -59,20 +64,60 @@ void FlushWhileRunning(Session& session) {
   static_cast<void>(session.gentl.EventFlush.IfOffered(session.newBuffer));
 }
 
+// Takes a frame, if one comes in time, and returns whether it did.
+static bool TakeFrame(Session& session, std::uint64_t timeoutMs) {
+  std::array<void*, 2> data{};
+  std::size_t size = sizeof data;
+  const GC_ERROR result =
+      session.gentl.EventGetData.Try(session.newBuffer, data.data(), &size, timeoutMs);
+  if (result == GC_ERR_SUCCESS) {
+    Call(session.gentl.DSQueueBuffer, session.stream, data.front());
+  }
+  return result == GC_ERR_SUCCESS;
+}
+
 // The camera stands still and the stream doesn't.
 void WaitForNothing(Session& session) {
   session.camera->Execute("AcquisitionStop");
   // Frames on their way come first.
   for (int timeouts = 0; timeouts < 3;) {
-    std::array<void*, 2> data{};
-    std::size_t size = sizeof data;
-    const GC_ERROR result =
-        session.gentl.EventGetData.Try(session.newBuffer, data.data(), &size, 190);
-    timeouts += result == GC_ERR_SUCCESS ? 0 : 1;
-    if (result == GC_ERR_SUCCESS) {
-      Call(session.gentl.DSQueueBuffer, session.stream, data.front());
-    }
+    timeouts += TakeFrame(session, 190) ? 0 : 1;
   }
+}
+
+// For less than a frame takes, if the camera makes fewer than a hundred a second.
+void WaitBriefly(Session& session) {
+  for (int frames = 0; frames < 8;) {
+    frames += TakeFrame(session, 10) ? 1 : 0;
+  }
+}
+
+// No frame comes, and another thread gets its turn between two waits only.
+void WaitUnderLock(Session& session) {
+  std::binary_semaphore mayRead(0);
+  std::binary_semaphore mayWait(1);
+  constexpr int turns = 11;
+  std::thread waiting([&] {
+    for (int i = 0; i < turns; ++i) {
+      mayWait.acquire();
+      WaitOnce(session, 60);
+      mayRead.release();
+    }
+  });
+  for (int i = 0; i < turns; ++i) {
+    mayRead.acquire();
+    static_cast<void>(session.camera->Read("Width"));
+    mayWait.release();
+  }
+  waiting.join();
+}
+
+// Like a process that is ended from outside.
+void EndWhileWaiting(Session& session) {
+  std::cout.flush();
+  std::thread([&] { WaitOnce(session, 60'000); }).detach();
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  std::_Exit(0);
 }
 
 // Starts the stream once more, but not the camera, so that no frame comes.

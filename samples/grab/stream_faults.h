@@ -14,6 +14,7 @@ void StartTwice(Session& session);
 void KillWithoutWait(Session& session);
 void FlushWhileRunning(Session& session);
 void WaitForNothing(Session& session);
+void WaitBriefly(Session& session);
 
 // REQUIRES: the acquisition has been stopped.
 void QueueTwice(Session& session);
@@ -27,6 +28,9 @@ void StartWithSmallBuffer(Session& session);
 void StartWrongly(Session& session);
 void MixBuffers(Session& session);
 void ShareMemory(Session& session);
+void WaitUnderLock(Session& session);
+// Doesn't return.
+void EndWhileWaiting(Session& session);
 void LeaveBuffers(Session& session);
 
 }  // namespace grab

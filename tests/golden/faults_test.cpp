@@ -19,24 +19,31 @@ namespace fs = std::filesystem;
 
 enum class Timing { Matters, DependsOnTheMachine };
 
+struct Traced {
+  Timing timing = Timing::DependsOnTheMachine;
+  const char* rate = "100";  // frames per second
+  bool hasTimingLines = false;
+};
+
 // "RULE severity" of each finding but the one that every session of the consumer has: it's refused
 // one device before it opens another.
 std::string FindingsOf(const std::string& name, const std::vector<std::string>& options,
-                       Timing timing = Timing::DependsOnTheMachine) {
+                       const Traced& traced = {}) {
   const fs::path folder = fs::path(SCRATCH_FOLDER) / name;
   fs::remove_all(folder);
   fs::create_directories(folder);
   const fs::path configuration = folder / "log.properties";
   const fs::path log = folder / "calls.log";
-  WriteFile(configuration, LogConfig{.file = log.generic_string(),
-                                     .rootCategory = "INFO, file",
-                                     .pattern = "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n"}
-                               .Text());
+  WriteFile(configuration,
+            LogConfig{.file = log.generic_string(),
+                      .rootCategory = traced.hasTimingLines ? "DEBUG, file" : "INFO, file",
+                      .pattern = "%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n"}
+                .Text());
   const auto native = [](fs::path path) { return path.make_preferred().string(); };
   SetVariable("GENICAM_GENTL64_PATH", native(VEXTREL_EXTENDED_MODULE).c_str());
   SetVariable("GENICAM_GENTL64_VEXTREL_PRODUCER", native(SIMULATED_CAMERA_EXTENDED).c_str());
   SetVariable("GENICAM_GENTL64_VEXTREL_LOG_CONFIG", native(configuration).c_str());
-  SetVariable("VEXTREL_CAMERA_RATE", "100");
+  SetVariable("VEXTREL_CAMERA_RATE", traced.rate);
   SetVariable("VEXTREL_CAMERA_WIDTH", "32");
   SetVariable("VEXTREL_CAMERA_HEIGHT", "32");
   std::vector<std::string> arguments = {"--frames", "12"};
@@ -50,7 +57,7 @@ std::string FindingsOf(const std::string& name, const std::vector<std::string>& 
   for (const nlohmann::json& each : report["findings"]) {
     const std::string text =
         each["rule"].get<std::string>() + " " + each["severity"].get<std::string>();
-    const bool isOfMachine = timing == Timing::DependsOnTheMachine && text.starts_with("T-");
+    const bool isOfMachine = traced.timing == Timing::DependsOnTheMachine && text.starts_with("T-");
     if (text != "DEV-DENIED info" && !isOfMachine) {
       found += (found.empty() ? "" : ", ") + text;
     }
@@ -108,11 +115,26 @@ TEST(Faults, RaiseTheirRule) {
     EXPECT_EQ(FindingsOf(each.fault, {"--fault", each.fault}), each.expected) << each.fault;
   }
   SetVariable("VEXTREL_CAMERA_LOSE", "5");
-  EXPECT_EQ(FindingsOf("lose", {}, Timing::Matters), "T-GAP warning");
+  EXPECT_EQ(FindingsOf("lose", {}, {.timing = Timing::Matters}), "T-GAP warning");
   SetVariable("VEXTREL_CAMERA_LOSE", nullptr);
   SetVariable("VEXTREL_CAMERA_INCOMPLETE", "5");
   EXPECT_EQ(FindingsOf("incomplete", {}), "BUF-INCOMPLETE warning");
   SetVariable("VEXTREL_CAMERA_INCOMPLETE", nullptr);
+}
+
+TEST(Faults, RaiseTheirRuleByTheTimesOfCalls) {
+  const auto findingsOf = [](const char* fault, const Traced& traced) {
+    return FindingsOf(fault, {"--fault", fault}, traced);
+  };
+  EXPECT_EQ(findingsOf("wait-briefly", {.rate = "40"}), "EVT-SHORT info");
+  // The same waits are long enough for a faster camera.
+  EXPECT_EQ(findingsOf("wait-briefly", {.rate = "400"}), "");
+  EXPECT_EQ(FindingsOf("timed", {}, {.hasTimingLines = true}), "");
+  EXPECT_EQ(findingsOf("wait-under-lock", {.timing = Timing::Matters, .hasTimingLines = true}),
+            "T-SERIAL warning");
+  EXPECT_EQ(findingsOf("end-while-waiting", {.hasTimingLines = true}), "END-INFLIGHT info");
+  // Without timing lines, nobody knows of the wait.
+  EXPECT_EQ(findingsOf("end-while-waiting", {}), "MOD-LEAK warning");
 }
 
 }  // namespace
