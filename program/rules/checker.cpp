@@ -79,7 +79,7 @@ void Checker::Take(const Record& record, const Message& message, const Context& 
     for (const std::unique_ptr<RuleFamily>& family : families_) {
       family->OnReport(model_, record, message, context, ThreadOf(context).lastFinding);
     }
-  } else if (message.kind == MessageKind::Enters) {
+  } else if (message.kind == MessageKind::Enters && record.kind == RecordKind::Whole) {
     for (const std::unique_ptr<RuleFamily>& family : families_) {
       family->OnEnter(model_, model_.Timings().InTarget().back());
     }

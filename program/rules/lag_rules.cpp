@@ -145,9 +145,9 @@ class Lags : public RuleFamily {
     }
     stamps.earliest = std::min(stamps.earliest, apart);
     const double late = apart - std::min(stamps.earliest, stamps.before);
-    const double limit =
-        std::max({static_cast<double>(kLateAtLeast), kLateIntervals * stream.Intervals().Mean(),
-                  2.0 * static_cast<double>(call.Model().Resolution())});
+    const double usual = stream.Intervals().Count() == 0 ? 0 : stream.Intervals().Mean();
+    const double limit = std::max({static_cast<double>(kLateAtLeast), kLateIntervals * usual,
+                                   2.0 * static_cast<double>(call.Model().Resolution())});
     if (late < limit) {
       stamps.row = 0;
       return;

@@ -2,6 +2,8 @@
 // T-SERIAL: a wait of one thread doesn't keep the others from calling.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
 #include <map>
 
 #include "rules/family.h"
@@ -29,7 +31,7 @@ constexpr const Rule* kSerialRules[] = {&kSerial};
 
 constexpr std::uint64_t kLongWait = 50'000'000;  // ns
 constexpr std::uint64_t kEnoughWaits = 10;
-constexpr std::int64_t kMostBetween = 4;  // one of so many parts of the time is between the waits
+constexpr double kMostBetween = 0.25;  // of the time is between the waits
 
 class SerialThreads : public RuleFamily {
  public:
@@ -39,7 +41,7 @@ class SerialThreads : public RuleFamily {
     return function == Function::EventGetData ? Interest::All : Interest::None;
   }
 
-  void OnEnter(const SessionModel& model, const EnteredCall& call) override {
+  void OnEnter(const SessionModel& /*model*/, const EnteredCall& call) override {
     const Function function = FunctionOf(call.function);
     if (call.thread == 0 || !call.time.has_value()) {
       return;
@@ -47,7 +49,7 @@ class SerialThreads : public RuleFamily {
     if (function == Function::EventGetData && waiters_.size() < kMostWaiters) {
       OnWait(call);
     } else if (IsAccess(function)) {
-      OnAccess(model, call);
+      OnAccess(call);
     }
   }
 
@@ -59,7 +61,7 @@ class SerialThreads : public RuleFamily {
     Waiter& waiter = known->second;
     waiter.endedAt = call.Time();
     waiter.isLong = call.Context().timing->nanoseconds >= kLongWait;
-    waiter.waited += static_cast<std::int64_t>(call.Context().timing->nanoseconds / 1000);
+    waiter.waited += static_cast<double>(call.Context().timing->nanoseconds) / 1e3;
     waiter.isWaiting = false;
     if (waiter.isLong && waiter.wasEntered) {
       waiter.isFree = true;
@@ -68,9 +70,9 @@ class SerialThreads : public RuleFamily {
 
   void EndSession(const SessionModel& model, const Moment& /*moment*/, bool /*isClosed*/) override {
     for (const auto& [thread, waiter] : waiters_) {
-      const std::int64_t whole = waiter.endedAt - waiter.since.time.value_or(0);
+      const double between = WholeOf(waiter) - waiter.waited;
       if (!waiter.isFree && waiter.followed >= kEnoughWaits &&
-          (whole - waiter.waited) * kMostBetween <= whole) {
+          between <= kMostBetween * WholeOf(waiter)) {
         Report(model, thread, waiter);
       }
     }
@@ -82,7 +84,7 @@ class SerialThreads : public RuleFamily {
     Moment since;
     HandleId event = kNoHandle;
     std::int64_t endedAt = 0;
-    std::int64_t waited = 0;  // us
+    double waited = 0;  // us
     bool isWaiting = false;
     bool wasEntered = false;  // another thread called during this wait
     bool isLong = false;
@@ -91,6 +93,12 @@ class SerialThreads : public RuleFamily {
     LogPlace lastFollowed;
   };
   static constexpr std::size_t kMostWaiters = 1000;
+
+  // From the first wait's begin to the last one's end, in us.
+  static double WholeOf(const Waiter& waiter) {
+    return static_cast<double>(waiter.endedAt) -
+           static_cast<double>(waiter.since.time.value_or(waiter.endedAt));
+  }
 
   static bool IsAccess(Function function) {
     return function == Function::GCReadPort || function == Function::GCWritePort ||
@@ -108,7 +116,7 @@ class SerialThreads : public RuleFamily {
     waiter.isLong = false;
   }
 
-  void OnAccess(const SessionModel& /*model*/, const EnteredCall& call) {
+  void OnAccess(const EnteredCall& call) {
     for (auto& [thread, waiter] : waiters_) {
       if (thread == call.thread) {
         continue;
@@ -132,8 +140,7 @@ class SerialThreads : public RuleFamily {
     finding->message = fmt::format(
         "T{} waits {} % of the time, and other threads access ports only between its waits, {} "
         "times: likely one lock is held around EventGetData.",
-        thread,
-        waiter.waited * 100 / std::max<std::int64_t>(waiter.endedAt - *waiter.since.time, 1),
+        thread, std::lround(100 * waiter.waited / std::max(WholeOf(waiter), waiter.waited)),
         waiter.followed);
     if (waiter.event != kNoHandle) {
       finding->handles.push_back(model.AllHandles().Name(waiter.event));

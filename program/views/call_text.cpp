@@ -88,12 +88,11 @@ void AppendMisplaced(std::string& out, const Place& place, HandleId id, const Ha
   out += ')';
 }
 
-// Of a value that is a pointer itself, some lines show where it was stored, and not what it is.
+// Of a pointer, and of a value without a type, some lines show where it was stored, and not what it
+// is.
 bool IsStorage(const LineShape& shape, const Message& message, std::size_t place) {
-  const std::size_t type = shape.Find("iType");
   const std::string_view text = message.values[place].text;
-  return shape.places[place].label == "Buffer" && type != kNoPlace &&
-         message.values[type].text == "INFO_DATATYPE_PTR" && text.starts_with("0x") && place > 0 &&
+  return place > 0 && shape.places[place].label == "Buffer" && text.starts_with("0x") &&
          text.substr(2) == message.values[place - 1].text;
 }
 

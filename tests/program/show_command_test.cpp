@@ -233,6 +233,13 @@ TEST(Show, ShowsPointersAsTheyWereAnnounced) {
                                "Buffer=0x000000000000F100\n"));
   EXPECT_THAT(shown, HasSubstr("(DS1, BUF1, iCommand=BUFFER_INFO_USER_PTR) -> "
                                "Buffer=0x00000000000ABCDE\n"));
+  EXPECT_THAT(
+      Show(LogLine(
+          0,
+          "GC_ERR_SUCCESS=DSGetInfo(hDS=0x0000000000000D50, iCmd=STREAM_INFO_ID, "
+          "0x000000000000F010->(iType=INFO_DATATYPE_UNKNOWN) "
+          "0x000000000000F018->(Buffer=0x000000000000F018), 0x000000000000F020->(iSize=8))")),
+      HasSubstr("DSGetInfo(DS1, iCmd=STREAM_INFO_ID) -> Buffer=(not in the log)\n"));
   // Where the producer allocated it, nothing says.
   EXPECT_THAT(shown, HasSubstr("(DS1, BUF2, iCommand=BUFFER_INFO_BASE) -> "
                                "Buffer=(not in the log)\n"));
