@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::array<std::string_view, kHandleKinds> kKindNames = {"TL",  "IF", "DEV", "DS",
                                                                    "BUF", "EV", "PORT"};
+constexpr std::array<std::string_view, kHandleKinds> kKindTexts = {
+    "a transport layer", "an interface", "a device", "a data stream",
+    "a buffer",          "an event",     "a port"};
 constexpr std::size_t kFirstSlots = 1024;
 constexpr std::uint64_t kLowHalf = 0xFFFFFFFF;
 
@@ -17,6 +20,10 @@ std::size_t Index(HandleKind kind) noexcept {
 }
 
 }  // namespace
+
+std::string_view KindText(HandleKind kind) noexcept {
+  return kKindTexts[Index(kind)];
+}
 
 std::string_view KindName(HandleKind kind) noexcept {
   return kKindNames[Index(kind)];
@@ -151,7 +158,7 @@ HandleId Handles::FindLatest(HandleKind kind, std::uint64_t value) const {
 HandleId Handles::FindOther(HandleKind kind, std::uint64_t value) const {
   for (const HandleId id : open_) {
     const Handle& handle = handles_[id];
-    if (handle.value == value && handle.kind != kind && !handle.isHalf &&
+    if (handle.value == (handle.isHalf ? value & kLowHalf : value) && handle.kind != kind &&
         handle.openedAt.has_value()) {
       return id;
     }

@@ -46,6 +46,9 @@ struct Handle {
   std::uint32_t closedBy = 0;
   // Of a buffer.
   BufferState state = BufferState::Unknown;
+  // As it was announced; nothing if the log doesn't show that, or the producer's memory is used.
+  std::optional<std::uint64_t> memory;
+  std::optional<std::uint64_t> userPointer;
   std::int64_t deliveredAt = 0;
   bool frameIdTaken = false;
   bool incompleteTaken = false;
@@ -69,7 +72,8 @@ class Handles {
   HandleId FindOrAdd(HandleKind kind, std::uint64_t value);
   // Find() that joins no halves.
   [[nodiscard]] HandleId FindLatest(HandleKind kind, std::uint64_t value) const;
-  // An open handle of another kind with that value whose opening the log shows, or kNoHandle.
+  // An open handle of another kind with that value whose opening the log shows, or kNoHandle. Of a
+  // device, its low half is enough as long as no more is known.
   [[nodiscard]] HandleId FindOther(HandleKind kind, std::uint64_t value) const;
   // The handle isn't open any more, nor is anything below it.
   void End(HandleId handle);
@@ -110,6 +114,8 @@ class Handles {
   std::size_t used_ = 0;
 };
 
+// "a transport layer", "an interface" and so on
+[[nodiscard]] std::string_view KindText(HandleKind kind) noexcept;
 // "TL", "IF", "DEV", "DS", "BUF", "EV", "PORT"
 [[nodiscard]] std::string_view KindName(HandleKind kind) noexcept;
 

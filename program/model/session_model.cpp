@@ -2,11 +2,9 @@
 #include "model/session_model.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
-#include "calllog/log_text.h"
-#include "model/event_data.h"
+#include "model/message_values.h"
 
 namespace vextrel::program {
 namespace {
@@ -15,32 +13,10 @@ constexpr std::int64_t kSecond = 1'000'000;
 constexpr std::int64_t kDay = std::int64_t{24} * 60 * 60 * kSecond;
 constexpr std::size_t kMostGaps = 10;
 
-template <FormatText text>
-std::size_t IndexOfReport(KnownFormat<text> /*format*/) {
-  return static_cast<std::size_t>(
-      std::find(kReports.begin(), kReports.end(), KnownFormat<text>::Text()) - kReports.begin());
-}
-
-struct KnownReports {
-  std::size_t loadingConfigFile = IndexOfReport(report::kLoadingConfigFile);
-  std::size_t loadingProducer = IndexOfReport(report::kLoadingProducer);
-  std::size_t producerVersion = IndexOfReport(report::kProducerFileVersion);
-  std::size_t notExported = IndexOfReport(report::kNotExported);
-  std::size_t newerNotExported = IndexOfReport(report::kNewerNotExported);
-  std::size_t eventsLeft[5] = {
-      IndexOfReport(report::kEventLeftOnTransportLayer),
-      IndexOfReport(report::kEventLeftOnInterface), IndexOfReport(report::kEventLeftOnDevice),
-      IndexOfReport(report::kEventLeftOnDataStream), IndexOfReport(report::kEventLeftOnBuffer)};
-};
-
-const KnownReports& Known() {
-  static const KnownReports known;
-  return known;
-}
-
-std::string_view TextIn(const Message& message, std::string_view label) {
-  const std::size_t place = message.shape->Find(label);
-  return place == kNoPlace ? std::string_view() : message.values[place].text;
+// Whether a producer may answer so to a handle of another kind.
+bool RefusesArgument(GC_ERROR result) {
+  return result == GC_ERR_INVALID_HANDLE || result == GC_ERR_INVALID_PARAMETER ||
+         result == GC_ERR_ERROR;
 }
 
 // REQUIRES: it's a record that no line of the writer's makes.
@@ -54,21 +30,6 @@ bool IsOtherLine(const Record& record) {
 }
 
 }  // namespace
-
-Priority PriorityOfReport(std::size_t report) noexcept {
-  const KnownReports& known = Known();
-  if (report == known.loadingConfigFile || report == known.loadingProducer ||
-      report == known.producerVersion || report == known.newerNotExported) {
-    return Priority::Info;
-  }
-  const bool isWarning = std::find(std::begin(known.eventsLeft), std::end(known.eventsLeft),
-                                   report) != std::end(known.eventsLeft);
-  return isWarning ? Priority::Warn : Priority::Error;
-}
-
-bool IsNotExported(std::size_t report) noexcept {
-  return report == Known().notExported;
-}
 
 // What each function does to the session.
 struct SessionModel::Handlers {
@@ -156,7 +117,8 @@ const Context& SessionModel::Take(const Record& record, const Message& message) 
       ++(context_.isOtherLine ? otherLines_ : unreadable_);
       break;
   }
-  context_.session = static_cast<std::uint32_t>(sessions_.size());
+  const bool isLoading = loading_.has_value() && message.kind == MessageKind::Report;
+  context_.session = static_cast<std::uint32_t>(sessions_.size()) + (isLoading ? 1 : 0);
   return context_;
 }
 
@@ -202,58 +164,20 @@ SessionModel::Thread& SessionModel::CurrentThread() {
   return threadStates_[context_.thread == 0 ? 0 : context_.thread - 1];
 }
 
-void SessionModel::StartSession(const Record& record) {
-  if (observer_ != nullptr) {
-    observer_->BeforeSessionEnds();
-  }
-  for (Stream& stream : streams_) {
-    if (stream.IsRunning()) {
-      stream.Stop(now_);
-    }
-  }
-  runningStreams_ = 0;
-  handles_.EndAll();
-  timings_.Abandon();
-  sessions_.emplace_back().begin = record.place;
-  sessionHasCalls_ = false;
-}
-
-void SessionModel::TakeReport(const Record& record, const Message& message) {
-  const KnownReports& known = Known();
-  if (message.line == known.notExported) {
-    ++notExported_;
-    return;
-  }
-  const Priority priority = PriorityOfReport(message.line);
-  reports_ += priority == Priority::Info ? 0 : 1;
-  if (message.line == known.loadingProducer || message.line == known.loadingConfigFile) {
-    if (sessionHasCalls_) {
-      StartSession(record);
-    }
-    if (message.line == known.loadingProducer) {
-      sessions_.back().producer = message.values[0].text;
-    }
-  } else if (message.line == known.producerVersion) {
-    sessions_.back().producerVersion = message.values[0].text;
-  }
-  context_.handles.fill(kNoHandle);
-  for (std::size_t i = 0; i < message.shape->places.size(); ++i) {
-    if (message.shape->places[i].meaning == Meaning::Handle) {
-      context_.handles[i] = handles_.Find(HandleKind::Any, message.values[i].number);
-    }
-  }
-}
-
 void SessionModel::TakeCall(const Record& record, const Message& message) {
   const std::size_t function = message.shape->functionIndex;
   const Handler handler = handlers_[function];
-  if (handler == &SessionModel::OnInitLib && !message.Failed()) {
-    OnInitLib(record, message);
+  context_.timing = TimingOf(message);
+  if (handler == &SessionModel::OnInitLib) {
+    EndLoading(message);
+    if (!message.Failed()) {
+      OnInitLib(record, message);
+    }
   }
   sessionHasCalls_ = true;
+  CurrentThread().session = sessions_.size();
   ResolveHandles(message);
   context_.failure = counts_.Add(function, message.result, record.place, context_.thread);
-  context_.timing = TimingOf(message);
   if (observer_ != nullptr) {
     observer_->BeforeCall(record, message, context_);
   }
@@ -316,16 +240,38 @@ void SessionModel::ResolveHandles(const Message& message) {
   const std::vector<Place>& places = message.shape->places;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const Place& place = places[i];
-    // The outputs of a call that failed hold nothing.
-    const bool isHandle = place.meaning == Meaning::Handle && !(place.isOutput && message.Failed());
-    context_.handles[i] = isHandle && !place.isOutput
-                              ? handles_.FindOrAdd(place.kind, message.values[i].number)
-                              : kNoHandle;
-    if (isHandle && place.isOutput) {
-      // Opening functions replace it.
+    context_.handles[i] = kNoHandle;
+    context_.misplaced[i] = kNoHandle;
+    if (place.meaning != Meaning::Handle) {
+      continue;
+    }
+    if (!place.isOutput) {
+      ResolveInput(message, i);
+    } else if (!message.Failed()) {
+      // Opening functions replace it. The outputs of a call that failed hold nothing.
       context_.handles[i] = handles_.Find(place.kind, message.values[i].number);
     }
   }
+}
+
+void SessionModel::ResolveInput(const Message& message, std::size_t at) {
+  const HandleKind kind = message.shape->places[at].kind;
+  const std::uint64_t value = message.values[at].number;
+  context_.handles[at] = handles_.Find(kind, value);
+  if (context_.handles[at] != kNoHandle) {
+    return;
+  }
+  if (kind != HandleKind::Any && RefusesArgument(message.result)) {
+    context_.misplaced[at] = handles_.FindOther(kind, value);
+  }
+  if (context_.misplaced[at] == kNoHandle) {
+    context_.handles[at] = handles_.FindOrAdd(kind, value);
+  }
+}
+
+HandleId SessionModel::HandleIn(const Message& message, std::string_view label) const {
+  const std::size_t place = message.shape->Find(label);
+  return place == kNoPlace ? kNoHandle : context_.handles[place];
 }
 
 void SessionModel::NoteGap(const Record& record, const Message& message) {
@@ -346,361 +292,6 @@ void SessionModel::NoteGap(const Record& record, const Message& message) {
   }
 }
 
-HandleId SessionModel::HandleIn(const Message& message, std::string_view label) const {
-  const std::size_t place = message.shape->Find(label);
-  return place == kNoPlace ? kNoHandle : context_.handles[place];
-}
-
-void SessionModel::NoteOpening(HandleId id, const Record& record) {
-  Handle& handle = handles_.At(id);
-  handle.openedAt = record.place;
-  handle.openedBy = context_.thread;
-  handle.session = static_cast<std::uint32_t>(sessions_.size());
-}
-
-void SessionModel::NoteClosing(HandleId id, const Record& record) {
-  Handle& handle = handles_.At(id);
-  handle.closedAt = record.place;
-  handle.closedBy = context_.thread;
-}
-
-void SessionModel::EndHandle(HandleId id) {
-  handles_.End(id);
-  for (Stream& stream : streams_) {
-    if (stream.IsRunning() && !handles_.At(stream.Id()).isOpen) {
-      stream.Stop(now_);
-      --runningStreams_;
-    }
-  }
-}
-
-void SessionModel::OnInitLib(const Record& record, const Message& /*message*/) {
-  if (sessions_.back().wasInitialized) {
-    StartSession(record);
-  }
-  sessions_.back().wasInitialized = true;
-}
-
-void SessionModel::OnCloseLib(const Record& /*record*/, const Message& /*message*/) {
-  sessions_.back().wasClosed = true;
-  handles_.EndAll();
-  for (Stream& stream : streams_) {
-    if (stream.IsRunning()) {
-      stream.Stop(now_);
-    }
-  }
-  runningStreams_ = 0;
-}
-
-void SessionModel::OnOpen(const Record& record, const Message& message, HandleKind kind,
-                          std::string_view parentLabel, std::string_view idLabel,
-                          std::string_view label) {
-  const std::size_t place = message.shape->Find(label);
-  if (place == kNoPlace || message.values[place].number == 0) {
-    return;
-  }
-  const HandleId id =
-      handles_.Open(kind, message.values[place].number, HandleIn(message, parentLabel));
-  handles_.At(id).id = TextIn(message, idLabel);
-  context_.handles[place] = id;
-  NoteOpening(id, record);
-}
-
-void SessionModel::OnTLOpen(const Record& record, const Message& message) {
-  OnOpen(record, message, HandleKind::TransportLayer, "", "", "pHandle");
-}
-
-void SessionModel::OnOpenInterface(const Record& record, const Message& message) {
-  // The label "hInterface" is the output's here.
-  OnOpen(record, message, HandleKind::Interface, "hTL", "sInterfaceName", "hInterface");
-}
-
-void SessionModel::OnOpenDevice(const Record& record, const Message& message) {
-  const std::size_t place = message.shape->Find("hDev");
-  if (place == kNoPlace || message.values[place].number == 0) {
-    return;
-  }
-  const HandleId id = handles_.OpenHalf(static_cast<std::uint32_t>(message.values[place].number),
-                                        HandleIn(message, "hInterface"));
-  handles_.At(id).id = TextIn(message, "sDevName");
-  context_.handles[place] = id;
-  NoteOpening(id, record);
-}
-
-void SessionModel::OnGetPort(const Record& record, const Message& message) {
-  const std::size_t place = message.shape->Find("pPort");
-  const HandleId device = HandleIn(message, "hDev");
-  if (place == kNoPlace || message.values[place].number == 0) {
-    return;
-  }
-  // Asking again opens nothing.
-  const HandleId known = handles_.Find(HandleKind::Port, message.values[place].number);
-  if (known != kNoHandle && handles_.At(known).isOpen && handles_.At(known).parent == device) {
-    context_.handles[place] = known;
-    return;
-  }
-  OnOpen(record, message, HandleKind::Port, "hDev", "", "pPort");
-}
-
-void SessionModel::OnOpenDataStream(const Record& record, const Message& message) {
-  OnOpen(record, message, HandleKind::DataStream, "hDev", "pID", "hDS");
-  const HandleId id = HandleIn(message, "hDS");
-  if (id != kNoHandle) {
-    static_cast<void>(StreamOf(id));
-  }
-}
-
-void SessionModel::OnAnnounce(const Record& record, const Message& message) {
-  OnOpen(record, message, HandleKind::Buffer, "hDS", "", "hBuffer");
-  const HandleId buffer = HandleIn(message, "hBuffer");
-  const HandleId dataStream = HandleIn(message, "hDS");
-  if (buffer != kNoHandle && dataStream != kNoHandle) {
-    handles_.At(buffer).state = BufferState::Unqueued;
-    StreamOf(dataStream).Announce();
-  }
-}
-
-void SessionModel::OnRegister(const Record& record, const Message& message) {
-  OnOpen(record, message, HandleKind::Event, "hEventSrc", "iEvent", "hE");
-  const HandleId event = HandleIn(message, "hE");
-  if (event != kNoHandle) {
-    std::string& type = handles_.At(event).id;
-    if (type.starts_with("EVENT_")) {
-      type.erase(0, std::string_view("EVENT_").size());
-    }
-  }
-}
-
-void SessionModel::OnUnregister(const Record& record, const Message& message) {
-  const HandleId source = HandleIn(message, "hEventSrc");
-  std::string_view type = TextIn(message, "iEvent");
-  if (type.starts_with("EVENT_")) {
-    type.remove_prefix(std::string_view("EVENT_").size());
-  }
-  for (const HandleId id : handles_.OpenOnes()) {
-    const Handle& handle = handles_.At(id);
-    if (handle.kind == HandleKind::Event && handle.parent == source && handle.id == type) {
-      NoteClosing(id, record);
-      EndHandle(id);
-      return;
-    }
-  }
-}
-
-void SessionModel::OnClose(const Record& record, const Message& /*message*/) {
-  const HandleId id = context_.handles[0];
-  if (id != kNoHandle) {
-    NoteClosing(id, record);
-    EndHandle(id);
-  }
-}
-
-Stream& SessionModel::StreamOf(HandleId dataStream) {
-  Handle& handle = handles_.At(dataStream);
-  if (handle.stream == SIZE_MAX) {
-    handle.stream = streams_.size();
-    streams_.emplace_back(dataStream, handle.openedAt.has_value());
-  }
-  return streams_[handle.stream];
-}
-
-Stream* SessionModel::StreamOfBuffer(HandleId buffer) {
-  const HandleId parent = handles_.At(buffer).parent;
-  return parent == kNoHandle ? nullptr : &StreamOf(parent);
-}
-
-void SessionModel::SetState(HandleId buffer, BufferState state) {
-  Handle& handle = handles_.At(buffer);
-  Stream* stream = StreamOfBuffer(buffer);
-  if (stream != nullptr) {
-    if (handle.state != BufferState::Queued && state == BufferState::Queued) {
-      stream->ChangeDepth(now_, 1);
-    } else if (handle.state == BufferState::Queued && state != BufferState::Queued) {
-      stream->ChangeDepth(now_, -1);
-    }
-  }
-  handle.state = state;
-}
-
-void SessionModel::OnRevoke(const Record& record, const Message& message) {
-  const HandleId buffer = HandleIn(message, "hBuffer");
-  if (buffer != kNoHandle) {
-    SetState(buffer, BufferState::Unqueued);
-    NoteClosing(buffer, record);
-    EndHandle(buffer);
-  }
-}
-
-void SessionModel::OnQueue(const Record& /*record*/, const Message& message) {
-  const HandleId buffer = HandleIn(message, "hB");
-  const HandleId dataStream = HandleIn(message, "hDS");
-  if (buffer == kNoHandle || dataStream == kNoHandle) {
-    return;
-  }
-  Handle& handle = handles_.At(buffer);
-  if (handle.parent == kNoHandle) {
-    handle.parent = dataStream;
-  }
-  if (handle.state == BufferState::Held && context_.hasTime) {
-    StreamOf(dataStream).Hold(std::max<std::int64_t>(now_ - handle.deliveredAt, 0));
-  }
-  SetState(buffer, BufferState::Queued);
-}
-
-std::int64_t SessionModel::CountQueued(HandleId dataStream) const {
-  const std::vector<HandleId>& open = handles_.OpenOnes();
-  return std::count_if(open.begin(), open.end(), [&](HandleId id) {
-    const Handle& handle = handles_.At(id);
-    return handle.kind == HandleKind::Buffer && handle.parent == dataStream &&
-           handle.state == BufferState::Queued;
-  });
-}
-
-void SessionModel::OnFlush(const Record& /*record*/, const Message& message) {
-  const HandleId dataStream = HandleIn(message, "hDS");
-  if (dataStream == kNoHandle) {
-    return;
-  }
-  Stream& stream = StreamOf(dataStream);
-  const std::string_view type = TextIn(message, "QueueType");
-  const bool discardsAll = type == "ACQ_QUEUE_ALL_DISCARD";
-  const bool queuesAll = type == "ACQ_QUEUE_ALL_TO_INPUT";
-  const bool queuesUnqueued = type == "ACQ_QUEUE_UNQUEUED_TO_INPUT";
-  if (!discardsAll && !queuesAll && !queuesUnqueued) {
-    // Which buffers this discards can't be told from outside.
-    if (type != "ACQ_QUEUE_INPUT_TO_OUTPUT") {
-      stream.LoseDepth(now_);
-    }
-    return;
-  }
-  for (const HandleId id : handles_.OpenOnes()) {
-    Handle& handle = handles_.At(id);
-    if (handle.kind != HandleKind::Buffer || handle.parent != dataStream) {
-      continue;
-    }
-    if (discardsAll) {
-      handle.state = BufferState::Unqueued;
-    } else if (queuesAll || handle.state == BufferState::Unqueued) {
-      handle.state = BufferState::Queued;
-    }
-  }
-  stream.SetDepth(now_, CountQueued(dataStream));
-}
-
-void SessionModel::OnStart(const Record& record, const Message& message) {
-  const HandleId dataStream = HandleIn(message, "hDS");
-  if (dataStream != kNoHandle) {
-    Stream& stream = StreamOf(dataStream);
-    runningStreams_ += stream.IsRunning() ? 0 : 1;
-    stream.Start(now_, record.place);
-  }
-}
-
-void SessionModel::OnStop(const Record& /*record*/, const Message& message) {
-  const HandleId dataStream = HandleIn(message, "hDS");
-  if (dataStream != kNoHandle) {
-    Stream& stream = StreamOf(dataStream);
-    runningStreams_ -= stream.IsRunning() ? 1 : 0;
-    stream.Stop(now_);
-  }
-}
-
-void SessionModel::OnEventData(const Record& record, const Message& message) {
-  const HandleId event = HandleIn(message, "hEvent");
-  if (event == kNoHandle) {
-    return;
-  }
-  const Handle& source = handles_.At(event);
-  const std::optional<std::uint64_t> value =
-      message.Failed() ? std::nullopt : BufferOfEventData(TextIn(message, "Buffer"));
-  HandleId buffer = value.has_value() ? handles_.Find(HandleKind::Buffer, *value) : kNoHandle;
-  HandleId dataStream = source.parent;
-  if (source.id.empty() && buffer != kNoHandle) {
-    // Registered before the log begins; what it brings tells its kind.
-    dataStream = handles_.At(buffer).parent;
-    handles_.At(event).id = "NEW_BUFFER";
-    handles_.At(event).parent = dataStream;
-  }
-  if (source.id != "NEW_BUFFER" || dataStream == kNoHandle ||
-      handles_.At(dataStream).kind != HandleKind::DataStream) {
-    return;
-  }
-  context_.isNewBufferEvent = true;
-  if (message.Failed()) {
-    if (message.result == GC_ERR_TIMEOUT) {
-      StreamOf(dataStream).TimeOut();
-    }
-    return;
-  }
-  if (value.has_value() && buffer == kNoHandle) {
-    buffer = handles_.FindOrAdd(HandleKind::Buffer, *value);
-    if (buffer != kNoHandle) {
-      handles_.At(buffer).parent = dataStream;
-    }
-  }
-  context_.delivered = buffer;
-  Stream& stream = StreamOf(dataStream);
-  if (buffer == kNoHandle) {
-    stream.Deliver(now_, record.place, false);
-    stream.LoseDepth(now_);
-    return;
-  }
-  Handle& handle = handles_.At(buffer);
-  stream.Deliver(now_, record.place, handle.state == BufferState::Queued);
-  handle.state = BufferState::Held;
-  handle.deliveredAt = now_;
-  handle.frameIdTaken = false;
-  handle.incompleteTaken = false;
-}
-
-void SessionModel::OnBufferInfo(const Record& record, const Message& message) {
-  SeeBufferInfo(record, message, TextIn(message, "iCommand"), TextIn(message, "Buffer"));
-}
-
-void SessionModel::OnStackedBufferInfo(const Record& record, const Message& message) {
-  if (ReadEntries(TextIn(message, "Infos"), entries_)) {
-    for (const Entry& entry : entries_.shown) {
-      SeeBufferInfo(record, message, entry.Find("iCmd"), entry.Find("Buffer"));
-    }
-  }
-}
-
-void SessionModel::SeeBufferInfo(const Record& record, const Message& message,
-                                 std::string_view command, std::string_view text) {
-  const bool isFrameId = command == "BUFFER_INFO_FRAMEID";
-  if (!isFrameId && command != "BUFFER_INFO_IS_INCOMPLETE") {
-    return;
-  }
-  const HandleId buffer = HandleIn(message, "hBuffer");
-  const HandleId dataStream = HandleIn(message, "hDS");
-  // One that knows no more than 32 bits shows no more.
-  std::uint64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (buffer == kNoHandle || dataStream == kNoHandle || error != std::errc() ||
-      end != text.data() + text.size()) {
-    return;
-  }
-  Handle& handle = handles_.At(buffer);
-  bool& taken = isFrameId ? handle.frameIdTaken : handle.incompleteTaken;
-  if (handle.state != BufferState::Held || std::exchange(taken, true)) {
-    return;
-  }
-  if (isFrameId) {
-    StreamOf(dataStream).SeeFrameId(static_cast<std::uint32_t>(number), record.place);
-  } else {
-    StreamOf(dataStream).SeeIncomplete(number != 0);
-  }
-}
-
-void SessionModel::OnTLInfo(const Record& /*record*/, const Message& message) {
-  const HandleId transportLayer = HandleIn(message, "hTL");
-  const std::string_view text = TextIn(message, "Buffer");
-  if (transportLayer != kNoHandle && TextIn(message, "iInfoCmd") == "TL_INFO_ID" &&
-      text.size() >= 2 && text.front() == '\'') {
-    handles_.At(transportLayer).id = text.substr(1, text.size() - 2);
-  }
-}
-
 void SessionModel::OnLastError(const Record& /*record*/, const Message& message) {
   Thread& thread = CurrentThread();
   const std::string_view text = TextIn(message, "ErrorText");
@@ -708,19 +299,6 @@ void SessionModel::OnLastError(const Record& /*record*/, const Message& message)
   if (thread.lastFailure != CallCounts::kNone && text != "NULL") {
     counts_.Explain(std::exchange(thread.lastFailure, CallCounts::kNone), text);
   }
-}
-
-void SessionModel::Finish() {
-  if (observer_ != nullptr) {
-    observer_->BeforeSessionEnds();
-  }
-  for (Stream& stream : streams_) {
-    if (stream.IsRunning()) {
-      stream.Stop(now_);
-    }
-  }
-  runningStreams_ = 0;
-  timings_.Abandon();
 }
 
 }  // namespace vextrel::program

@@ -25,7 +25,7 @@ namespace vextrel::program {
 
 // From one GCInitLib to the next.
 struct Session {
-  LogPlace begin;
+  LogPlace begin{};
   std::string producer;         // its path, if the log names it
   std::string producerVersion;  // "0.0.0.0" if the module has none
   bool wasInitialized = false;
@@ -41,13 +41,20 @@ struct Gap {
 
 // What a record means in the session that it belongs to.
 struct Context {
-  std::uint32_t session = 1;
-  std::uint32_t thread = 0;  // from 1; 0 if the layout doesn't show it
+  std::uint32_t session = 1;  // one more than there are, in front of a GCInitLib that may begin it
+  std::uint32_t thread = 0;   // from 1; 0 if the layout doesn't show it
   bool hasTime = false;
   std::int64_t time = 0;       // in microseconds, as the log shows it
   std::int64_t sinceLast = 0;  // since the record before that is no timing line
   // The handle in each place, kNoHandle where there's none.
   std::array<HandleId, kMaxConversions> handles{};
+  // The handle of another kind that was given in a place instead, and that the call was refused
+  // for.
+  std::array<HandleId, kMaxConversions> misplaced{};
+  // Whichever of the two there is.
+  [[nodiscard]] HandleId Given(std::size_t place) const noexcept {
+    return handles[place] != kNoHandle ? handles[place] : misplaced[place];
+  }
   HandleId delivered = kNoHandle;  // the buffer that an event brought
   bool isNewBufferEvent = false;
   bool isOtherLine = false;                 // written by another program or category
@@ -84,6 +91,9 @@ class SessionModel {
   [[nodiscard]] const Handles& AllHandles() const noexcept { return handles_; }
   [[nodiscard]] const CallCounts& Counts() const noexcept { return counts_; }
   [[nodiscard]] const std::vector<Stream>& Streams() const noexcept { return streams_; }
+  // What the handle's data stream did; null if it's no handle, or none of a stream that did
+  // anything.
+  [[nodiscard]] const Stream* FindStream(HandleId id) const;
   [[nodiscard]] const std::vector<Session>& Sessions() const noexcept { return sessions_; }
   [[nodiscard]] const std::vector<std::string>& Threads() const noexcept { return threads_; }
   [[nodiscard]] TimeKind Time() const noexcept { return timeKind_; }
@@ -113,6 +123,7 @@ class SessionModel {
     std::int64_t lastTime = 0;
     bool hasTime = false;
     std::size_t lastFailure = CallCounts::kNone;
+    std::size_t session = 0;  // of its last call
   };
   using Handler = void (SessionModel::*)(const Record&, const Message&);
   struct Handlers;
@@ -125,8 +136,11 @@ class SessionModel {
   void TakeTiming(const Record& record, const Message& message);
   [[nodiscard]] const TimedCall* TimingOf(const Message& message);
   void TakeCall(const Record& record, const Message& message);
-  void StartSession(const Record& record);
+  void StartSession(const LogPlace& begin);
+  void TakeLoading(const Record& record, const Message& message);
+  void EndLoading(const Message& initialization);
   void ResolveHandles(const Message& message);
+  void ResolveInput(const Message& message, std::size_t at);
   void NoteGap(const Record& record, const Message& message);
 
   void OnInitLib(const Record& record, const Message& message);
@@ -180,6 +194,7 @@ class SessionModel {
   CallTimings timings_;
   std::vector<Stream> streams_;
   std::vector<Session> sessions_;
+  std::optional<Session> loading_;  // what a GCInitLib begins if it succeeds
   std::vector<std::string> threads_;
   std::vector<Thread> threadStates_;
   std::map<std::string, std::uint32_t, std::less<>> threadNumbers_;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 
+#include "calllog/function_names.h"
 #include "calllog/log_text.h"
 #include "calllog/newer_value_tables.h"
 
@@ -309,7 +310,6 @@ struct Shapes {
   std::vector<LineShape> calls;
   std::vector<LineShape> reports;
   std::vector<LineShape> timing;
-  std::vector<std::string_view> functions;
   std::array<std::uint16_t, kSlots> slots{};  // an index into calls and one, or 0
 };
 
@@ -330,6 +330,7 @@ Shapes MakeShapes() {
   Shapes shapes;
   for (std::size_t i = 0; i < kCallLines.size(); ++i) {
     LineShape shape = MakeShape(kCallLines[i], kDividedCalls[i], true);
+    shape.functionIndex = static_cast<std::uint16_t>(FunctionIndex(shape.function));
     std::size_t slot = HashName(shape.function);
     while (shapes.slots[slot] != 0 &&
            shapes.calls[shapes.slots[slot] - 1U].function != shape.function) {
@@ -337,11 +338,8 @@ Shapes MakeShapes() {
     }
     if (shapes.slots[slot] == 0) {
       shapes.slots[slot] = static_cast<std::uint16_t>(i + 1);
-      shape.functionIndex = static_cast<std::uint16_t>(shapes.functions.size());
-      shapes.functions.push_back(shape.function);
     } else {
       LineShape* before = &shapes.calls[shapes.slots[slot] - 1U];
-      shape.functionIndex = before->functionIndex;
       while (before->next != 0) {
         before = &shapes.calls[before->next];
       }
@@ -393,7 +391,7 @@ std::span<const LineShape> TimingShapes() {
 }
 
 std::span<const std::string_view> FunctionNames() {
-  return AllShapes().functions;
+  return kFunctionNames;
 }
 
 std::size_t FindCallShape(std::string_view function) noexcept {

@@ -77,6 +77,8 @@ class Acquisitions : public RuleFamily {
       case Function::DSStartAcquisition:
       case Function::DSStopAcquisition:
       case Function::DSClose:
+      case Function::DSQueueBuffer:
+      case Function::DSFlushQueue:
       case Function::DevOpenDataStream:
       case Function::EventGetData:
         return Interest::All;
@@ -122,8 +124,38 @@ class Acquisitions : public RuleFamily {
     }
   }
 
-  void EndSession(const SessionModel& /*model*/, const Moment& /*moment*/,
-                  bool /*isClosed*/) override {
+  void After(const Call& call) override {
+    if (emptyStarts_.empty()) {
+      return;
+    }
+    switch (call.Which()) {
+      case Function::DSQueueBuffer:
+      case Function::DSFlushQueue:
+        if (const Stream* stream = call.StreamIn();
+            stream != nullptr && stream->CurrentDepth().value_or(1) > 0) {
+          EndEmptyStart(call.Model(), stream->Id());
+        }
+        break;
+      case Function::DSStopAcquisition:
+      case Function::DSClose:
+        if (!call.Failed()) {
+          EndEmptyStart(call.Model(), call.HandleIn("hDS"));
+        }
+        break;
+      case Function::EventGetData:
+        if (call.Context().isNewBufferEvent) {
+          OnWait(call, call.At(call.Context().handles[0]).parent);
+        }
+        break;
+      default:
+        break;
+    }
+  }
+
+  void EndSession(const SessionModel& model, const Moment& /*moment*/, bool /*isClosed*/) override {
+    while (!emptyStarts_.empty()) {
+      EndEmptyStart(model, emptyStarts_.begin()->first);
+    }
     blocks_.clear();
     startedAt_.clear();
   }
@@ -133,14 +165,16 @@ class Acquisitions : public RuleFamily {
     LogPlace place;
     std::string what;
   };
+  struct EmptyStart {
+    vextrel::program::Moment start;
+    bool hasEvent = false;
+  };
   static constexpr std::size_t kAcquisitionMostThreads = 1000;
 
+  // Of an open handle, or null.
   static const Stream* StreamIn(const Call& call) {
     const HandleId id = call.HandleIn("hDS");
-    if (id == kNoHandle || !call.At(id).isOpen || call.At(id).stream == SIZE_MAX) {
-      return nullptr;
-    }
-    return &call.Model().Streams()[call.At(id).stream];
+    return id != kNoHandle && call.At(id).isOpen ? call.StreamIn() : nullptr;
   }
 
   void OnStart(const Call& call) {
@@ -189,18 +223,45 @@ class Acquisitions : public RuleFamily {
       return call.At(id).kind == HandleKind::Event && call.At(id).parent == stream.Id() &&
              call.At(id).id == "NEW_BUFFER";
     });
-    const bool hasBuffer = stream.CurrentDepth().value_or(1) > 0;
-    if (hasEvent && hasBuffer) {
+    if (stream.CurrentDepth().value_or(1) == 0) {
+      if (emptyStarts_.size() < kAcquisitionMostThreads) {
+        emptyStarts_.insert_or_assign(stream.Id(), EmptyStart{call.Moment(), hasEvent});
+      }
+    } else if (!hasEvent) {
+      ReportOrder(call.Model(), stream.Id(), call.Moment(), "no event registered for new buffers");
+    }
+  }
+
+  void ReportOrder(const SessionModel& model, HandleId id, const Moment& start,
+                   std::string_view without) {
+    if (Finding* finding = findings_.Add(kAcquisitionOrder, Severity::Info, KeyOf(id), start)) {
+      finding->message =
+          fmt::format("{} is started with {}.", model.AllHandles().FullName(id), without);
+      finding->handles.push_back(model.AllHandles().Name(id));
+    }
+  }
+
+  // A wait for a frame that nothing can bring is another rule's.
+  void OnWait(const Call& call, HandleId id) {
+    const auto known = emptyStarts_.find(id);
+    if (known == emptyStarts_.end()) {
       return;
     }
-    if (Finding* finding =
-            findings_.Add(kAcquisitionOrder, Severity::Info, KeyOf(stream.Id()), call.Moment())) {
-      finding->message = fmt::format(
-          "{} is started with {}.", call.Named(stream.Id()),
-          hasEvent ? "no buffer in its queue"
-                   : (hasBuffer ? "no event registered for new buffers"
-                                : "no event for new buffers, and no buffer in its queue"));
-      finding->handles.push_back(call.All().Name(stream.Id()));
+    if (!call.Failed()) {
+      EndEmptyStart(call.Model(), id);
+    } else if (TimedOutSince(call, known->second.start)) {
+      emptyStarts_.erase(known);
+    }
+  }
+
+  // The queue was empty at the start, and isn't any more, or it doesn't matter any more.
+  void EndEmptyStart(const SessionModel& model, HandleId id) {
+    const auto known = emptyStarts_.find(id);
+    if (known != emptyStarts_.end()) {
+      ReportOrder(model, id, known->second.start,
+                  known->second.hasEvent ? "no buffer in its queue"
+                                         : "no event for new buffers, and no buffer in its queue");
+      emptyStarts_.erase(known);
     }
   }
 
@@ -252,6 +313,7 @@ class Acquisitions : public RuleFamily {
   Findings& findings_;
   std::map<std::uint32_t, Failed> blocks_;  // what failed first, by thread
   std::map<HandleId, std::int64_t> startedAt_;
+  std::map<HandleId, EmptyStart> emptyStarts_;
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// BUF, the buffers: there are enough, they're large enough, and each is its stream's own.
+// BUF, the start: a stream has enough buffers then, they're large enough, and not ever more of
+// them.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -15,14 +16,16 @@ constexpr Rule kFew{
     .severity = Severity::Error,
     .sentence = "A stream was started with too few buffers",
     .explanation =
-        "Fewer buffers are announced than STREAM_INFO_NUM_ANNOUNCE_MIN asks for, or "
-        "DSStartAcquisition answers GC_ERR_INVALID_BUFFER.",
+        "Fewer buffers are announced than STREAM_INFO_NUM_ANNOUNCE_MIN asks for, "
+        "DSStartAcquisition answers GC_ERR_INVALID_BUFFER, or no buffer is queued at the "
+        "start nor until a wait for a frame has timed out.",
     .remedy =
         "Announce at least as many buffers as STREAM_INFO_NUM_ANNOUNCE_MIN says, and queue "
         "them before the start.",
     .section = "6.3.5.11, 5.2.3",
     .harmless = "",
-    .needs = "the application's asking for STREAM_INFO_NUM_ANNOUNCE_MIN"};
+    .needs =
+        "the application's asking for STREAM_INFO_NUM_ANNOUNCE_MIN, or the opening of the stream"};
 
 constexpr Rule kSize{
     .id = "BUF-SIZE",
@@ -53,57 +56,7 @@ constexpr Rule kBufferLeak{
     .harmless = "A pool may grow on purpose.",
     .needs = ""};
 
-constexpr Rule kForeign{
-    .id = "BUF-FOREIGN",
-    .severity = Severity::Error,
-    .sentence = "A buffer was used with a stream that it wasn't announced on",
-    .explanation = "The call failed, and the buffer was announced on another stream.",
-    .remedy = "Keep the buffers of each stream in a list of its own.",
-    .section = "3.6",
-    .harmless = "",
-    .needs = "the line that announced the buffer"};
-
-constexpr Rule kMix{
-    .id = "BUF-MIX",
-    .severity = Severity::Warning,
-    .sentence = "Buffers of the application and of the producer are mixed on one stream",
-    .explanation =
-        "Both DSAnnounceBuffer and DSAllocAndAnnounceBuffer were used on one stream. "
-        "Not every producer takes that.",
-    .remedy = "Use one of the two functions for all buffers of a stream.",
-    .section = "3.6",
-    .harmless = "A producer may allow it.",
-    .needs = ""};
-
-constexpr Rule kBufferDup{
-    .id = "BUF-DUP",
-    .severity = Severity::Warning,
-    .sentence = "Two announced buffers share memory",
-    .explanation =
-        "The memory of a buffer overlaps that of another one that is announced on the "
-        "same stream: two frames can be written to the same place.",
-    .remedy = "Give each buffer memory of its own.",
-    .section = "3.6",
-    .harmless = "",
-    .needs = ""};
-
-constexpr Rule kIncomplete{
-    .id = "BUF-INCOMPLETE",
-    .severity = Severity::Warning,
-    .sentence = "Frames were delivered incomplete",
-    .explanation =
-        "BUFFER_INFO_IS_INCOMPLETE was 1 for a delivered frame: data was lost on the "
-        "way, mostly packets in a network. Nothing is said of streams whose "
-        "application doesn't ask.",
-    .remedy =
-        "Look at the packet size, the packet delay, the network card's receive buffers and "
-        "the bandwidth of all cameras together.",
-    .section = "6.4.4.4",
-    .harmless = "",
-    .needs = "the application's asking for BUFFER_INFO_IS_INCOMPLETE"};
-
-constexpr const Rule* kBufferRules[] = {&kFew, &kSize,      &kBufferLeak, &kForeign,
-                                        &kMix, &kBufferDup, &kIncomplete};
+constexpr const Rule* kBufferRules[] = {&kFew, &kSize, &kBufferLeak};
 
 constexpr std::uint64_t kCyclesOfLeak = 3;
 
@@ -119,20 +72,17 @@ class Buffers : public RuleFamily {
       case Function::DSGetInfo:
       case Function::DSGetBufferInfo:
       case Function::DSRevokeBuffer:
-      case Function::DSClose:
-        return Interest::All;
       case Function::DSQueueBuffer:
+      case Function::DSFlushQueue:
+      case Function::DSClose:
       case Function::EventGetData:
-        return Interest::Failures;
+        return Interest::All;
       default:
         return Interest::None;
     }
   }
 
   void Before(const Call& call) override {
-    if (call.Failed()) {
-      CheckForeign(call);
-    }
     const HandleId id = call.HandleIn("hDS");
     if (call.Which() == Function::DSRevokeBuffer && !call.Failed() && streams_.contains(id)) {
       Forget(streams_[id], call.HandleIn("hBuffer"));
@@ -140,8 +90,10 @@ class Buffers : public RuleFamily {
       streams_.erase(id);
     } else if (call.Which() == Function::DSStartAcquisition && id != kNoHandle) {
       OnStart(call, id);
-    } else if (call.Which() == Function::DSGetBufferInfo) {
-      OnInfo(call, id);
+    } else if (call.Which() == Function::DSGetBufferInfo && !call.Failed() && id != kNoHandle &&
+               call.NameIn("iCommand") == "BUFFER_INFO_DATA_LARGER_THAN_BUFFER" &&
+               call.Text("Buffer") == "1") {
+      OnTooSmall(call, id);
     }
   }
 
@@ -159,9 +111,16 @@ class Buffers : public RuleFamily {
           OnStreamInfo(call, id);
         }
         break;
+      case Function::DSQueueBuffer:
+      case Function::DSFlushQueue:
+        if (const Stream* stream = call.StreamIn();
+            stream != nullptr && stream->CurrentDepth().value_or(1) > 0 && streams_.contains(id)) {
+          streams_[id].emptySince.reset();
+        }
+        break;
       case Function::EventGetData:
-        if (call.Result() == GC_ERR_BUFFER_TOO_SMALL && call.Context().isNewBufferEvent) {
-          OnTooSmall(call, call.At(call.Context().handles[0]).parent);
+        if (call.Context().isNewBufferEvent) {
+          OnWait(call, call.At(call.Context().handles[0]).parent);
         }
         break;
       default:
@@ -177,14 +136,11 @@ class Buffers : public RuleFamily {
  private:
   struct Buffer {
     HandleId id = kNoHandle;
-    std::uint64_t begin = 0;  // 0 if the producer allocated it
     std::uint64_t size = 0;
     LogPlace place;
   };
   struct KnownStream {
     std::vector<Buffer> buffers;
-    std::optional<LogPlace> announcedAt;
-    std::optional<LogPlace> allocatedAt;
     std::optional<std::uint64_t> payload;
     LogPlace payloadAt;
     std::optional<std::uint64_t> least;
@@ -193,8 +149,7 @@ class Buffers : public RuleFamily {
     std::uint64_t growths = 0;
     std::optional<LogPlace> growsSince;
     bool wasStarted = false;
-    std::uint64_t run = 0;  // of incomplete frames
-    std::uint64_t longestRun = 0;
+    std::optional<Moment> emptySince;  // the start, as long as nothing was queued
   };
 
   // So many buffers are told apart; memory stays bounded whatever comes.
@@ -205,54 +160,11 @@ class Buffers : public RuleFamily {
   }
 
   void OnAnnounce(const Call& call, HandleId id) {
-    if (streams_.size() > 1000) {
-      std::erase_if(streams_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
-    KnownStream& stream = streams_[id];
+    ForgetClosed(streams_, call.All(), 1000);
+    std::vector<Buffer>& buffers = streams_[id].buffers;
     const HandleId buffer = call.HandleIn("hBuffer");
-    const bool isOurs = call.Which() == Function::DSAnnounceBuffer;
-    std::optional<LogPlace>& first = isOurs ? stream.announcedAt : stream.allocatedAt;
-    const std::optional<LogPlace>& other = isOurs ? stream.allocatedAt : stream.announcedAt;
-    first = first.value_or(call.Place());
-    if (other.has_value()) {
-      if (Finding* finding = findings_.Add(kMix, Severity::Warning, KeyOf(id), call.Moment())) {
-        finding->message = fmt::format(
-            "{} has buffers of both kinds: the application's memory and the producer's.",
-            call.Named(id));
-        finding->handles.push_back(call.All().Name(id));
-        Relate(*finding, other, isOurs ? "DSAllocAndAnnounceBuffer" : "DSAnnounceBuffer");
-      }
-    }
-    if (buffer == kNoHandle || stream.buffers.size() == kMostBuffers) {
-      return;
-    }
-    const Buffer added{buffer, isOurs ? AddressIn(call, 1) : 0, call.Number("iSize"), call.Place()};
-    for (const Buffer& each : stream.buffers) {
-      if (added.begin != 0 && each.begin != 0 && added.begin < each.begin + each.size &&
-          each.begin < added.begin + added.size) {
-        ReportShared(call, added, each);
-        break;
-      }
-    }
-    stream.buffers.push_back(added);
-  }
-
-  static std::uint64_t AddressIn(const Call& call, std::size_t place) {
-    std::uint64_t value = 0;
-    for (const char each : call.Message().values[place].text) {
-      const int digit = each <= '9' ? each - '0' : (each | 0x20) - 'a' + 10;
-      value = value << 4U | (static_cast<std::uint64_t>(digit) & 0xFU);
-    }
-    return value;
-  }
-
-  void ReportShared(const Call& call, const Buffer& added, const Buffer& before) {
-    if (Finding* finding =
-            findings_.Add(kBufferDup, Severity::Warning, KeyOf(added.id), call.Moment())) {
-      finding->message =
-          fmt::format("{} and {} share memory.", call.Named(added.id), call.Named(before.id));
-      finding->handles = {call.All().Name(added.id), call.All().Name(before.id)};
-      Relate(*finding, before.place, call.All().Name(before.id) + " is announced");
+    if (buffer != kNoHandle && buffers.size() < kMostBuffers) {
+      buffers.push_back({buffer, call.Number("iSize"), call.Place()});
     }
   }
 
@@ -289,6 +201,9 @@ class Buffers : public RuleFamily {
     }
     if (!call.Failed() && isKnown) {
       CheckGrowth(call, id, stream);
+      const Stream* started = call.StreamIn();
+      const bool isEmpty = started != nullptr && started->CurrentDepth() == 0;
+      stream.emptySince = isEmpty ? std::optional<Moment>(call.Moment()) : std::nullopt;
     }
   }
 
@@ -367,58 +282,29 @@ class Buffers : public RuleFamily {
     stream.wasStarted = true;
   }
 
-  void CheckForeign(const Call& call) {
-    const HandleId stream = call.HandleIn("hDS");
-    HandleId buffer = call.HandleIn("hBuffer");
-    buffer = buffer == kNoHandle ? call.HandleIn("hB") : buffer;
-    if (stream == kNoHandle || buffer == kNoHandle || !call.At(buffer).isOpen ||
-        !call.At(stream).isOpen || !call.At(buffer).openedAt.has_value() ||
-        call.At(buffer).parent == stream || call.At(buffer).parent == kNoHandle) {
-      return;
-    }
-    if (Finding* finding =
-            findings_.Add(kForeign, Severity::Error, KeyOf(buffer, stream), call.Moment())) {
-      finding->message =
-          fmt::format("{} uses {} with {}, but it was announced on {}.", call.Name(),
-                      call.Named(buffer), call.Named(stream), call.Named(call.At(buffer).parent));
-      finding->handles = {call.All().Name(buffer), call.All().Name(stream),
-                          call.All().Name(call.At(buffer).parent)};
-      Relate(*finding, call.At(buffer).openedAt, call.All().Name(buffer) + " is announced");
-    }
-  }
-
-  void OnInfo(const Call& call, HandleId id) {
-    const HandleId buffer = call.HandleIn("hBuffer");
-    if (call.Failed() || id == kNoHandle || buffer == kNoHandle) {
-      return;
-    }
-    const std::string_view command = call.NameIn("iCommand");
-    if (command == "BUFFER_INFO_IS_INCOMPLETE") {
-      const Handle& handle = call.At(buffer);
-      if (handle.state == BufferState::Held && !handle.incompleteTaken) {
-        OnIncomplete(call, id, call.Text("Buffer") != "0");
-      }
-    } else if (command == "BUFFER_INFO_DATA_LARGER_THAN_BUFFER" && call.Text("Buffer") == "1") {
+  void OnWait(const Call& call, HandleId id) {
+    if (call.Result() == GC_ERR_BUFFER_TOO_SMALL) {
       OnTooSmall(call, id);
     }
-  }
-
-  void OnIncomplete(const Call& call, HandleId id, bool isIncomplete) {
-    KnownStream& stream = streams_[id];
-    stream.run = isIncomplete ? stream.run + 1 : 0;
-    if (!isIncomplete) {
+    const auto known = streams_.find(id);
+    if (known == streams_.end() || !known->second.emptySince.has_value()) {
       return;
     }
-    stream.longestRun = std::max(stream.longestRun, stream.run);
-    Finding* finding = findings_.Add(kIncomplete, Severity::Warning, KeyOf(id), call.Moment());
-    if (finding != nullptr) {
-      finding->handles.push_back(call.All().Name(id));
+    if (!call.Failed()) {
+      known->second.emptySince.reset();
+    } else if (TimedOutSince(call, *known->second.emptySince)) {
+      ReportEmpty(call, id, *std::exchange(known->second.emptySince, std::nullopt));
     }
-    finding = findings_.Find(kIncomplete, KeyOf(id));
-    if (finding != nullptr) {
+  }
+
+  void ReportEmpty(const Call& call, HandleId id, const Moment& start) {
+    if (Finding* finding = findings_.Add(kFew, Severity::Error, KeyOf(id, call.Which()), start)) {
       finding->message = fmt::format(
-          "{} delivered incomplete frames, up to {} in a row: likely data is lost on the way.",
-          call.Named(id), stream.longestRun);
+          "{} is started with no buffer in its queue, and none is queued while a wait for a frame "
+          "times out.",
+          call.Named(id));
+      finding->handles.push_back(call.All().Name(id));
+      Relate(*finding, call.Place(), "the wait that times out");
     }
   }
 

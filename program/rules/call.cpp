@@ -1,83 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "rules/call.h"
 
-#include <array>
 #include <charconv>
-#include <vector>
 
 #include "reading/value_reading.h"
 
 namespace vextrel::program {
 namespace {
 
-// In the order of Function.
-constexpr std::array<std::string_view, static_cast<std::size_t>(Function::Other)> kNames = {
-    "GCInitLib",
-    "GCCloseLib",
-    "GCGetLastError",
-    "TLOpen",
-    "TLClose",
-    "TLUpdateInterfaceList",
-    "TLGetNumInterfaces",
-    "TLGetInterfaceID",
-    "TLOpenInterface",
-    "IFClose",
-    "IFUpdateDeviceList",
-    "IFGetNumDevices",
-    "IFGetDeviceID",
-    "IFGetDeviceInfo",
-    "IFOpenDevice",
-    "DevGetPort",
-    "DevGetNumDataStreams",
-    "DevGetDataStreamID",
-    "DevOpenDataStream",
-    "DevGetInfo",
-    "DevClose",
-    "DSAnnounceBuffer",
-    "DSAllocAndAnnounceBuffer",
-    "DSAnnounceCompositeBuffer",
-    "DSFlushQueue",
-    "DSStartAcquisition",
-    "DSStopAcquisition",
-    "DSGetInfo",
-    "DSGetBufferID",
-    "DSClose",
-    "DSRevokeBuffer",
-    "DSQueueBuffer",
-    "DSGetBufferInfo",
-    "DSGetBufferPartInfo",
-    "DSGetBufferChunkData",
-    "GCReadPort",
-    "GCWritePort",
-    "GCReadPortStacked",
-    "GCWritePortStacked",
-    "GCGetPortURL",
-    "GCGetNumPortURLs",
-    "GCGetPortURLInfo",
-    "GCRegisterEvent",
-    "GCUnregisterEvent",
-    "EventGetData",
-    "EventFlush",
-    "EventKill",
-};
-
-std::vector<Function> MakeFunctions() {
-  std::vector<Function> functions(FunctionNames().size(), Function::Other);
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const std::size_t shape = FindCallShape(kNames[i]);
-    if (shape != kNoPlace) {
-      functions[CallShapes()[shape].functionIndex] = static_cast<Function>(i);
-    }
-  }
-  return functions;
-}
+constexpr std::int64_t kLongEnough = 100;  // ms
 
 }  // namespace
-
-Function FunctionOf(std::size_t functionIndex) {
-  static const std::vector<Function> functions = MakeFunctions();
-  return functions[functionIndex];
-}
 
 bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor) {
   for (; id != kNoHandle; id = handles.At(id).parent) {
@@ -157,6 +90,12 @@ bool Call::StartedBehind(const LogPlace& place, std::uint32_t thread) const noex
     return true;
   }
   return previousOfThread_.has_value() && !IsBehind(place, *previousOfThread_);
+}
+
+bool TimedOutSince(const Call& call, const Moment& since) {
+  const bool isLong = call.Number("iTimeout") >= std::uint64_t{kLongEnough} ||
+                      (since.time.has_value() && call.Time() - *since.time >= kLongEnough * 1000);
+  return call.Result() == GC_ERR_TIMEOUT && isLong;
 }
 
 }  // namespace vextrel::program

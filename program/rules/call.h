@@ -8,66 +8,77 @@
 #include <string>
 #include <string_view>
 
+#include "calllog/function_names.h"
 #include "gentl/gentl_newer.h"
 #include "model/session_model.h"
 #include "rules/findings.h"
 
 namespace vextrel::program {
 
-// Functions that rules ask for by name. In the order of kNames in call.cpp.
+// A place in FunctionNames() that there is.
+[[nodiscard]] consteval std::uint8_t KnownFunction(std::string_view name) {
+  if (FunctionIndex(name) == kFunctionNames.size()) {
+    throw "no such function";
+  }
+  return static_cast<std::uint8_t>(FunctionIndex(name));
+}
+
+// Functions that rules ask for. Its values are places in FunctionNames(); the rest have no name
+// here.
 enum class Function : std::uint8_t {
-  GCInitLib,
-  GCCloseLib,
-  GCGetLastError,
-  TLOpen,
-  TLClose,
-  TLUpdateInterfaceList,
-  TLGetNumInterfaces,
-  TLGetInterfaceID,
-  TLOpenInterface,
-  IFClose,
-  IFUpdateDeviceList,
-  IFGetNumDevices,
-  IFGetDeviceID,
-  IFGetDeviceInfo,
-  IFOpenDevice,
-  DevGetPort,
-  DevGetNumDataStreams,
-  DevGetDataStreamID,
-  DevOpenDataStream,
-  DevGetInfo,
-  DevClose,
-  DSAnnounceBuffer,
-  DSAllocAndAnnounceBuffer,
-  DSAnnounceCompositeBuffer,
-  DSFlushQueue,
-  DSStartAcquisition,
-  DSStopAcquisition,
-  DSGetInfo,
-  DSGetBufferID,
-  DSClose,
-  DSRevokeBuffer,
-  DSQueueBuffer,
-  DSGetBufferInfo,
-  DSGetBufferPartInfo,
-  DSGetBufferChunkData,
-  GCReadPort,
-  GCWritePort,
-  GCReadPortStacked,
-  GCWritePortStacked,
-  GCGetPortURL,
-  GCGetNumPortURLs,
-  GCGetPortURLInfo,
-  GCRegisterEvent,
-  GCUnregisterEvent,
-  EventGetData,
-  EventFlush,
-  EventKill,
-  Other,
+  GCInitLib = KnownFunction("GCInitLib"),
+  GCCloseLib = KnownFunction("GCCloseLib"),
+  GCGetLastError = KnownFunction("GCGetLastError"),
+  TLOpen = KnownFunction("TLOpen"),
+  TLClose = KnownFunction("TLClose"),
+  TLUpdateInterfaceList = KnownFunction("TLUpdateInterfaceList"),
+  TLGetNumInterfaces = KnownFunction("TLGetNumInterfaces"),
+  TLGetInterfaceID = KnownFunction("TLGetInterfaceID"),
+  TLOpenInterface = KnownFunction("TLOpenInterface"),
+  IFClose = KnownFunction("IFClose"),
+  IFUpdateDeviceList = KnownFunction("IFUpdateDeviceList"),
+  IFGetNumDevices = KnownFunction("IFGetNumDevices"),
+  IFGetDeviceID = KnownFunction("IFGetDeviceID"),
+  IFGetDeviceInfo = KnownFunction("IFGetDeviceInfo"),
+  IFOpenDevice = KnownFunction("IFOpenDevice"),
+  DevGetPort = KnownFunction("DevGetPort"),
+  DevGetNumDataStreams = KnownFunction("DevGetNumDataStreams"),
+  DevGetDataStreamID = KnownFunction("DevGetDataStreamID"),
+  DevOpenDataStream = KnownFunction("DevOpenDataStream"),
+  DevGetInfo = KnownFunction("DevGetInfo"),
+  DevClose = KnownFunction("DevClose"),
+  DSAnnounceBuffer = KnownFunction("DSAnnounceBuffer"),
+  DSAllocAndAnnounceBuffer = KnownFunction("DSAllocAndAnnounceBuffer"),
+  DSAnnounceCompositeBuffer = KnownFunction("DSAnnounceCompositeBuffer"),
+  DSFlushQueue = KnownFunction("DSFlushQueue"),
+  DSStartAcquisition = KnownFunction("DSStartAcquisition"),
+  DSStopAcquisition = KnownFunction("DSStopAcquisition"),
+  DSGetInfo = KnownFunction("DSGetInfo"),
+  DSGetBufferID = KnownFunction("DSGetBufferID"),
+  DSClose = KnownFunction("DSClose"),
+  DSRevokeBuffer = KnownFunction("DSRevokeBuffer"),
+  DSQueueBuffer = KnownFunction("DSQueueBuffer"),
+  DSGetBufferInfo = KnownFunction("DSGetBufferInfo"),
+  DSGetBufferPartInfo = KnownFunction("DSGetBufferPartInfo"),
+  DSGetBufferChunkData = KnownFunction("DSGetBufferChunkData"),
+  GCReadPort = KnownFunction("GCReadPort"),
+  GCWritePort = KnownFunction("GCWritePort"),
+  GCReadPortStacked = KnownFunction("GCReadPortStacked"),
+  GCWritePortStacked = KnownFunction("GCWritePortStacked"),
+  GCGetPortURL = KnownFunction("GCGetPortURL"),
+  GCGetNumPortURLs = KnownFunction("GCGetNumPortURLs"),
+  GCGetPortURLInfo = KnownFunction("GCGetPortURLInfo"),
+  GCRegisterEvent = KnownFunction("GCRegisterEvent"),
+  GCUnregisterEvent = KnownFunction("GCUnregisterEvent"),
+  EventGetData = KnownFunction("EventGetData"),
+  EventFlush = KnownFunction("EventFlush"),
+  EventKill = KnownFunction("EventKill"),
 };
 
 // Of a function in FunctionNames().
-[[nodiscard]] Function FunctionOf(std::size_t functionIndex);
+[[nodiscard]] constexpr Function FunctionOf(std::size_t functionIndex) noexcept {
+  return static_cast<Function>(functionIndex);
+}
 
 // True iff `id` is `ancestor`, or lies below it.
 [[nodiscard]] bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor);
@@ -111,6 +122,9 @@ class Call {
   [[nodiscard]] std::int64_t Time() const noexcept { return context_->time; }
   [[nodiscard]] vextrel::program::Moment Moment() const;
 
+  // Of the place that is named hDS; null if there's none, or nothing is known of its stream.
+  [[nodiscard]] const Stream* StreamIn() const { return model_->FindStream(HandleIn("hDS")); }
+
   // The place with this label, or kNoPlace.
   [[nodiscard]] std::size_t Find(std::string_view label) const {
     return message_->shape->Find(label);
@@ -138,6 +152,10 @@ class Call {
   Function function_;
   std::optional<LogPlace> previousOfThread_;
 };
+
+// True iff `call` is a wait that timed out, and 100 ms or more have passed since then, or were
+// waited: that's long enough for what comes right behind a start.
+[[nodiscard]] bool TimedOutSince(const Call& call, const Moment& since);
 
 }  // namespace vextrel::program
 

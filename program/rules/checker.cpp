@@ -67,6 +67,7 @@ void Checker::BeforeCall(const Record& record, const Message& message, const Con
 }
 
 void Checker::Take(const Record& record, const Message& message, const Context& context) {
+  log_.isCut = record.isCut;
   for (RuleFamily* family : any_) {
     family->OnAny(record, context);
   }
@@ -78,10 +79,17 @@ void Checker::Take(const Record& record, const Message& message, const Context& 
     for (const std::unique_ptr<RuleFamily>& family : families_) {
       family->OnReport(model_, record, message, context, ThreadOf(context).lastFinding);
     }
+  } else if (message.kind == MessageKind::Enters && record.kind == RecordKind::Whole) {
+    for (const std::unique_ptr<RuleFamily>& family : families_) {
+      family->OnEnter(model_, model_.Timings().InTarget().back());
+    }
   } else if (message.kind == MessageKind::Other) {
     for (const std::unique_ptr<RuleFamily>& family : families_) {
       family->OnOther(record, message, context);
     }
+  }
+  if (context.session > model_.Sessions().size()) {
+    return;  // it belongs to what begins next
   }
   last_ = {record.place, context.hasTime ? std::optional<std::int64_t>(context.time) : std::nullopt,
            context.thread};

@@ -251,11 +251,7 @@ class Devices : public RuleFamily {
     Relate(*finding, call.At(id).openedAt, call.All().Name(id) + " is opened");
   }
 
-  void Bound(const Call& call) {
-    if (devices_.size() > 1000) {
-      std::erase_if(devices_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
-  }
+  void Bound(const Call& call) { ForgetClosed(devices_, call.All(), 1000); }
 
   static constexpr std::size_t kMostDenied = 64;
 

@@ -118,9 +118,7 @@ class Events : public RuleFamily {
   };
 
   KnownEvent& EventOf(const Call& call, HandleId id) {
-    if (events_.size() > 1000) {
-      std::erase_if(events_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(events_, call.All(), 1000);
     return events_[id];
   }
 

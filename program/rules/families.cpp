@@ -10,9 +10,12 @@ namespace vextrel::program {
 
 std::span<const FamilyEntry> Families() {
   static const std::array families = {
-      LibraryFamily(), ModuleFamily(), HandleFamily(),      ListFamily(),  DeviceFamily(),
-      BufferFamily(),  QueueFamily(),  AcquisitionFamily(), EventFamily(), WaitFamily(),
-      InfoFamily(),    PortFamily(),   TimeFamily(),        ErrorFamily(), LogFamily(),
+      LibraryFamily(), ModuleFamily(),    HandleFamily(),       ListFamily(),
+      DeviceFamily(),  BufferFamily(),    BufferMemoryFamily(), IncompleteFamily(),
+      StarveFamily(),  QueueFamily(),     AcquisitionFamily(),  EventFamily(),
+      WaitFamily(),    CloseWaitFamily(), InfoFamily(),         PortFamily(),
+      TimeFamily(),    LagFamily(),       SerialFamily(),       ErrorFamily(),
+      LogFamily(),
   };
   return families;
 }
@@ -39,6 +42,19 @@ const Rule* FindRule(std::string_view id) {
     }
   }
   return nullptr;
+}
+
+bool EndsInTheMiddle(const SessionModel& model, const LogKnowledge& log, std::string_view rule,
+                     Findings& findings) {
+  const bool isBusy = !model.Timings().InTarget().empty();
+  if (isBusy || log.isCut) {
+    findings.AddUnknown(std::string(rule),
+                        isBusy ? "the session ends while a call is in the producer, so what is "
+                                 "open then may have been closed later"
+                               : "the log ends in the middle of a line, so what is open then may "
+                                 "have been closed later");
+  }
+  return isBusy || log.isCut;
 }
 
 std::string_view SeverityName(Severity severity) noexcept {

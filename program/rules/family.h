@@ -41,6 +41,8 @@ class RuleFamily {
   [[nodiscard]] virtual bool WantsAny() const { return false; }
   // Every record, in front of what else it is, if it's wanted.
   virtual void OnAny(const Record& /*record*/, const Context& /*context*/) {}
+  // A call enters the producer, in a log with timing lines. The model knows it already.
+  virtual void OnEnter(const SessionModel& /*model*/, const EnteredCall& /*call*/) {}
   // A line that no call and no report makes, or that can't be read.
   virtual void OnOther(const Record& /*record*/, const Message& /*message*/,
                        const Context& /*context*/) {}
@@ -52,6 +54,7 @@ class RuleFamily {
 struct LogKnowledge {
   bool beginsWithLibrary = false;  // the first call is GCInitLib, or a producer is loaded before it
   bool anyCall = false;
+  bool isCut = false;                 // the last record has no end
   std::uint64_t foundBeforeCall = 0;  // Findings::Count() when the call that is judged came
 };
 
@@ -67,13 +70,19 @@ struct FamilyEntry {
 [[nodiscard]] FamilyEntry ListFamily();
 [[nodiscard]] FamilyEntry DeviceFamily();
 [[nodiscard]] FamilyEntry BufferFamily();
+[[nodiscard]] FamilyEntry BufferMemoryFamily();
+[[nodiscard]] FamilyEntry IncompleteFamily();
+[[nodiscard]] FamilyEntry StarveFamily();
 [[nodiscard]] FamilyEntry QueueFamily();
 [[nodiscard]] FamilyEntry AcquisitionFamily();
 [[nodiscard]] FamilyEntry EventFamily();
 [[nodiscard]] FamilyEntry WaitFamily();
+[[nodiscard]] FamilyEntry CloseWaitFamily();
 [[nodiscard]] FamilyEntry InfoFamily();
 [[nodiscard]] FamilyEntry PortFamily();
 [[nodiscard]] FamilyEntry TimeFamily();
+[[nodiscard]] FamilyEntry LagFamily();
+[[nodiscard]] FamilyEntry SerialFamily();
 [[nodiscard]] FamilyEntry ErrorFamily();
 [[nodiscard]] FamilyEntry LogFamily();
 
@@ -83,6 +92,20 @@ struct FamilyEntry {
 template <typename Family>
 [[nodiscard]] std::unique_ptr<RuleFamily> MakeFamily(Findings& findings, const LogKnowledge& log) {
   return std::make_unique<Family>(findings, log);
+}
+
+// Whether the log's end isn't the session's: what is open then wasn't left open for that. Says so
+// among what isn't judged, for `rule`.
+[[nodiscard]] bool EndsInTheMiddle(const SessionModel& model, const LogKnowledge& log,
+                                   std::string_view rule, Findings& findings);
+
+// Takes closed handles out of a map by handles once it holds more than `most`: memory stays
+// bounded, even if handles are opened and closed for days.
+template <typename Map>
+void ForgetClosed(Map& map, const Handles& handles, std::size_t most) {
+  if (map.size() > most) {
+    std::erase_if(map, [&handles](const auto& each) { return !handles.At(each.first).isOpen; });
+  }
 }
 
 // Tells faults of one rule from each other: by handle, and by whatever else there is.

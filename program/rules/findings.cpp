@@ -45,6 +45,12 @@ Finding* Findings::Find(const Rule& rule, std::uint64_t key) {
   return known == ofRule->second.byKey.end() ? nullptr : known->second;
 }
 
+Finding* Findings::AddOrUpdate(const Rule& rule, Severity severity, std::uint64_t key,
+                               const Moment& moment) {
+  Finding* added = Add(rule, severity, key, moment);
+  return added != nullptr ? added : Find(rule, key);
+}
+
 void Findings::AddUnknown(std::string rules, std::string why) {
   for (const Unknown& each : unknowns_) {
     if (each.rules == rules && each.why == why) {

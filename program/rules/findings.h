@@ -58,6 +58,9 @@ class Findings {
   // if it's new; otherwise null, and it's counted.
   [[nodiscard]] Finding* Add(const Rule& rule, Severity severity, std::uint64_t key,
                              const Moment& moment);
+  // As Add, but returns it when it's counted, too: to be described anew. Null if it isn't kept.
+  [[nodiscard]] Finding* AddOrUpdate(const Rule& rule, Severity severity, std::uint64_t key,
+                                     const Moment& moment);
   // The finding of that rule and key, or null.
   [[nodiscard]] Finding* Find(const Rule& rule, std::uint64_t key);
   // So often something was found: tells a caller whether anything was found since.

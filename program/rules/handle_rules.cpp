@@ -2,6 +2,7 @@
 // HND: handles are used while they're open, and as what they are.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 
 #include "rules/family.h"
@@ -32,7 +33,7 @@ constexpr Rule kType{
     .severity = Severity::Error,
     .sentence = "A handle was used as another kind than it is",
     .explanation =
-        "The call failed, and the handle that it was given is open as another kind: a "
+        "The call was refused, and the handle that it was given is open as another kind: a "
         "device's where a stream's is needed, for example.",
     .remedy =
         "Keep each kind of handle in a variable of its own type. DevGetPort gives the port "
@@ -87,6 +88,7 @@ constexpr Rule kProducer{
 constexpr const Rule* kHandleRules[] = {&kAfter, &kType, &kNull, &kUnknownHandle, &kProducer};
 
 constexpr std::uint64_t kAllOnes = ~std::uint64_t{0};
+constexpr std::uint64_t kLowOnes = 0xFFFFFFFF;  // of a device, as its opening shows it
 
 class HandleUse : public RuleFamily {
  public:
@@ -110,8 +112,12 @@ class HandleUse : public RuleFamily {
       }
       const HandleId id = call.Context().handles[i];
       const std::uint64_t value = call.Message().values[i].number;
+      if (const HandleId other = call.Context().misplaced[i]; other != kNoHandle) {
+        ReportType(call, place, other);
+        return;
+      }
       if (id == kNoHandle || value == kAllOnes) {
-        ReportNull(call, place);
+        ReportNull(call, place, value);
         return;
       }
       const Handle& handle = call.At(id);
@@ -131,26 +137,53 @@ class HandleUse : public RuleFamily {
   }
 
   void After(const Call& call) override {
-    if (!call.Failed()) {
-      if (call.Which() == Function::GCCloseLib) {
-        closedLibrary_.resize(call.Model().Sessions().size());
-        closedLibrary_.back() = call.Place();
-      }
+    if (!call.Failed() && call.Which() == Function::GCCloseLib) {
+      closedLibrary_.resize(call.Model().Sessions().size());
+      closedLibrary_.back() = call.Place();
       return;
     }
-    // What it should have given out is missing from here on.
-    for (const Place& place : call.Message().shape->places) {
-      if ((place.meaning == Meaning::Handle || place.meaning == Meaning::HandleLowHalf) &&
-          place.isOutput && place.kind != HandleKind::Any) {
-        failedOpenings_[static_cast<std::size_t>(place.kind)] = call.Place();
-        failedNames_[static_cast<std::size_t>(place.kind)] =
-            std::string(call.Name()) + " fails with " + call.ResultText();
+    const std::vector<Place>& places = call.Message().shape->places;
+    for (std::size_t i = 1; i < places.size(); ++i) {
+      const bool isHandle =
+          places[i].meaning == Meaning::Handle || places[i].meaning == Meaning::HandleLowHalf;
+      if (isHandle && places[i].isOutput && places[i].kind != HandleKind::Any) {
+        OnOutput(call, places[i].kind, call.Message().values[i - 1].text,
+                 call.Message().values[i].number);
       }
     }
   }
 
  private:
-  void ReportNull(const Call& call, const Place& place) {
+  // A variable that a call should have put a handle into.
+  struct Output {
+    std::string address;
+    std::uint64_t value = 0;
+    LogPlace place;
+    std::string what;
+  };
+  static constexpr std::size_t kMostOutputs = 100;
+
+  static bool IsNull(std::uint64_t value) {
+    return value == 0 || value == kAllOnes || value == kLowOnes;
+  }
+
+  // Remembers what has no handle in it, until a call puts one there.
+  void OnOutput(const Call& call, HandleKind kind, std::string_view address, std::uint64_t value) {
+    std::vector<Output>& outputs = emptyOutputs_[static_cast<std::size_t>(kind)];
+    std::erase_if(outputs, [&](const Output& each) { return each.address == address; });
+    if (!IsNull(value)) {
+      return;
+    }
+    if (outputs.size() == kMostOutputs) {
+      outputs.erase(outputs.begin());
+    }
+    outputs.push_back({std::string(address), value, call.Place(),
+                       call.Failed() ? fmt::format("{} fails with {}, and leaves no handle",
+                                                   call.Name(), call.ResultText())
+                                     : fmt::format("{} gives no handle", call.Name())});
+  }
+
+  void ReportNull(const Call& call, const Place& place, std::uint64_t value) {
     const Severity severity = call.Failed() ? Severity::Error : Severity::Warning;
     Finding* finding = findings_.Add(kNull, severity,
                                      KeyOf(static_cast<HandleId>(place.label.size()), call.Which()),
@@ -160,9 +193,26 @@ class HandleUse : public RuleFamily {
     }
     finding->message =
         fmt::format("{} is called without a handle in {}.", call.Name(), place.label);
-    if (place.kind != HandleKind::Any) {
-      const auto kind = static_cast<std::size_t>(place.kind);
-      Relate(*finding, failedOpenings_[kind], failedNames_[kind]);
+    if (place.kind == HandleKind::Any) {
+      return;
+    }
+    const std::vector<Output>& outputs = emptyOutputs_[static_cast<std::size_t>(place.kind)];
+    const auto source = std::find_if(outputs.rbegin(), outputs.rend(), [value](const Output& each) {
+      return (each.value == 0) == (value == 0);
+    });
+    if (source != outputs.rend()) {
+      Relate(*finding, source->place, source->what);
+    }
+  }
+
+  void ReportType(const Call& call, const Place& place, HandleId other) {
+    if (Finding* finding =
+            findings_.Add(kType, Severity::Error, KeyOf(other, call.Which()), call.Moment())) {
+      finding->message =
+          fmt::format("{} gets {} as its {}: that's {}, not {}.", call.Name(), call.Named(other),
+                      place.label, KindText(call.At(other).kind), KindText(place.kind));
+      finding->handles.push_back(call.All().Name(other));
+      Relate(*finding, call.At(other).openedAt, call.All().Name(other) + " is opened");
     }
   }
 
@@ -204,19 +254,6 @@ class HandleUse : public RuleFamily {
 
   // Returns true iff that explains the call.
   bool CheckUnknown(const Call& call, const Place& place, HandleId id, std::uint64_t value) {
-    const HandleId other =
-        place.kind == HandleKind::Any ? kNoHandle : call.All().FindOther(place.kind, value);
-    if (other != kNoHandle) {
-      if (Finding* finding =
-              findings_.Add(kType, Severity::Error, KeyOf(other, call.Which()), call.Moment())) {
-        finding->message = fmt::format("{} gets {} as its {}: that's a {}, not a {}.", call.Name(),
-                                       call.Named(other), place.label,
-                                       KindName(call.At(other).kind), KindName(place.kind));
-        finding->handles.push_back(call.All().Name(other));
-        Relate(*finding, call.At(other).openedAt, call.All().Name(other) + " is opened");
-      }
-      return true;
-    }
     if (!log_.beginsWithLibrary) {
       return true;
     }
@@ -264,8 +301,7 @@ class HandleUse : public RuleFamily {
 
   Findings& findings_;
   const LogKnowledge& log_;
-  std::array<std::optional<LogPlace>, kHandleKinds> failedOpenings_;
-  std::array<std::string, kHandleKinds> failedNames_;
+  std::array<std::vector<Output>, kHandleKinds> emptyOutputs_;
   std::vector<std::optional<LogPlace>> closedLibrary_;  // by session
 };
 

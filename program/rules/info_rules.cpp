@@ -192,8 +192,8 @@ class Infos : public RuleFamily {
     if (Finding* finding = findings_.Add(kSmall, Severity::Warning, key, counted.first)) {
       finding->count = counted.count;
       finding->message = fmt::format(
-          "{} of {} is asked again and again with {} bytes, which are "
-          "too few.",
+          "{} of {} is asked again and again with too small a buffer, though the producer "
+          "likely says what it takes: {} bytes stand in the size behind the call.",
           call.Name(), command, call.Number("iSize"));
       NameFirst(call, *finding);
     }

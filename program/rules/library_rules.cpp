@@ -75,6 +75,11 @@ class Library : public RuleFamily {
     // Of an event this means that it isn't registered.
     if (call.Result() == GC_ERR_NOT_INITIALIZED && call.Which() != Function::GCUnregisterEvent) {
       Report(call, isInitialized_ ? Severity::Warning : Severity::Error);
+    } else if (call.Result() == GC_ERR_NOT_IMPLEMENTED && closedAt_.has_value() &&
+               !isInitialized_ && call.Name() != "GCGetInfo" &&
+               findings_.Count() == log_.foundBeforeCall) {
+      // The module has let the producer go.
+      Report(call, Severity::Error);
     }
   }
 
@@ -100,6 +105,9 @@ class Library : public RuleFamily {
       if (model.AllHandles().At(id).openedAt.has_value()) {
         return;
       }
+    }
+    if (EndsInTheMiddle(model, log_, kLibraryPair.id, findings_)) {
+      return;
     }
     if (Finding* finding =
             findings_.Add(kLibraryPair, Severity::Warning, KeyOf(0, ++sessions_), moment)) {

@@ -46,10 +46,11 @@ constexpr Rule kTimeout{
     .explanation =
         "The update timed out, and the list was used nevertheless: it's the old one. "
         "Or the time-out is below 100 ms, in which cameras in a network often don't "
-        "answer.",
+        "answer. Or, as timing lines tell, the update took 90 % of its time-out or more, so "
+        "that an answer just behind it is missing.",
     .remedy = "Give the update a second or more, and look at its result.",
     .section = "6.3.2.8, 6.3.3.7",
-    .harmless = "A local bus can answer fast.",
+    .harmless = "A local bus can answer fast, and some producers always wait as long as they may.",
     .needs = ""};
 
 constexpr Rule kListRace{
@@ -78,7 +79,8 @@ constexpr Rule kIndex{
 
 constexpr const Rule* kListRules[] = {&kFirst, &kOpen, &kTimeout, &kListRace, &kIndex};
 
-constexpr std::uint64_t kListShort = 100;  // ms
+constexpr std::uint64_t kListShort = 100;           // ms
+constexpr std::uint64_t kListLongest = 86'400'000;  // ms
 
 class Lists : public RuleFamily {
  public:
@@ -165,10 +167,7 @@ class Lists : public RuleFamily {
   };
 
   List& ListOf(const Call& call, HandleId id) {
-    // Bounded, even if handles are opened and closed for days.
-    if (lists_.size() > 1000) {
-      std::erase_if(lists_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(lists_, call.All(), 1000);
     return lists_[id];
   }
 
@@ -190,6 +189,25 @@ class Lists : public RuleFamily {
                         call.Name(), call.Named(id), call.Number("iTimeout"));
         finding->handles.push_back(call.All().Name(id));
       }
+    } else if (call.Context().timing != nullptr && !call.Failed()) {
+      CheckDuration(call, id, *call.Context().timing);
+    }
+  }
+
+  void CheckDuration(const Call& call, HandleId id, const TimedCall& timing) {
+    const std::uint64_t timeout = call.Number("iTimeout");
+    const std::uint64_t took = timing.nanoseconds / 1'000'000;
+    // One without end looks like a very large number.
+    if (timeout > kListLongest || took * 10 < timeout * 9) {
+      return;
+    }
+    if (Finding* finding =
+            findings_.Add(kTimeout, Severity::Warning, KeyOf(id, call.Which()), call.Moment())) {
+      finding->message = fmt::format(
+          "{} of {} took {} of its {} ms: likely a device that answers slowly is missing.",
+          call.Name(), call.Named(id), took, timeout);
+      finding->handles.push_back(call.All().Name(id));
+      Relate(*finding, timing.entered.place, "it enters the producer");
     }
   }
 

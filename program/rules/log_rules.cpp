@@ -2,6 +2,7 @@
 // END and LOG: how the log ends, what can't be read, and what misleads in it.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "calllog/log_text.h"
@@ -17,8 +18,9 @@ constexpr Rule kInFlight{
     .sentence = "A call never returned",
     .explanation =
         "A call entered the producer, and the log ends without its return: it hung, or "
-        "the process ended in it. Waits in EventGetData are left out, since an "
-        "application is there most of the time; they stand beside the finding.",
+        "the process ended in it. A wait in EventGetData is an info, since an application is "
+        "there most of the time; beside another call that didn't return, it stands with that "
+        "finding.",
     .remedy =
         "Look at the stack of that thread in the producer, and at what the other threads did "
         "at that time. A close that hangs often waits for another thread's wait.",
@@ -174,8 +176,10 @@ class Log : public RuleFamily {
     if (isClosed) {
       return;
     }
-    for (const EnteredCall& call : model.Timings().InTarget()) {
-      if (!IsWait(call)) {
+    const std::vector<EnteredCall>& inTarget = model.Timings().InTarget();
+    const bool onlyWaits = std::all_of(inTarget.begin(), inTarget.end(), IsWait);
+    for (const EnteredCall& call : inTarget) {
+      if (onlyWaits || !IsWait(call)) {
         ReportInFlight(model, call);
       }
     }
@@ -196,17 +200,19 @@ class Log : public RuleFamily {
   }
 
   void ReportInFlight(const SessionModel& model, const EnteredCall& call) {
-    Finding* finding = findings_.Add(kInFlight, Severity::Error, KeyOf(call.number, call.session),
-                                     {call.place, call.time, call.thread});
+    Finding* finding =
+        findings_.Add(kInFlight, IsWait(call) ? Severity::Info : Severity::Error,
+                      KeyOf(call.number, call.session), {call.place, call.time, call.thread});
     if (finding == nullptr) {
       return;
     }
     const Handles& handles = model.AllHandles();
     finding->message = fmt::format(
-        "{}{} entered the producer and never returned: it hangs, or the "
-        "process ended in it.",
-        FunctionNames()[call.function],
-        call.handle == kNoHandle ? "" : " of " + handles.FullName(call.handle));
+        "{}{} {}.", FunctionNames()[call.function],
+        call.handle == kNoHandle ? "" : " of " + handles.FullName(call.handle),
+        IsWait(call)
+            ? "was still waiting when the log ended"
+            : "entered the producer and never returned: it hangs, or the process ended in it");
     if (call.handle != kNoHandle) {
       finding->handles.push_back(handles.Name(call.handle));
     }

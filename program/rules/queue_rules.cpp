@@ -10,22 +10,6 @@
 namespace vextrel::program {
 namespace {
 
-constexpr Rule kStarve{
-    .id = "BUF-STARVE",
-    .severity = Severity::Error,
-    .sentence = "A stream ran out of buffers",
-    .explanation =
-        "The application holds every buffer of a running stream, so no frame can be "
-        "taken. It's an error if a wait for a frame then timed out, or if frames are "
-        "missing afterward; a warning if the queue was only empty for longer than two "
-        "frames and 50 ms.",
-    .remedy =
-        "Queue each buffer again with DSQueueBuffer as soon as its frame is used or copied, "
-        "on every path. Announce more buffers if single frames take long.",
-    .section = "5.3.1",
-    .harmless = "The application may have all the frames it wants.",
-    .needs = "the opening of the stream, and times"};
-
 constexpr Rule kRequeue{
     .id = "BUF-REQUEUE",
     .severity = Severity::Error,
@@ -81,9 +65,7 @@ constexpr Rule kDrop{
     .harmless = "Whoever wants the newest frame only does this on purpose.",
     .needs = ""};
 
-constexpr const Rule* kQueueRules[] = {&kStarve, &kRequeue, &kReadQueued, &kRevoke, &kDrop};
-
-constexpr std::int64_t kShortest = 50'000;  // us
+constexpr const Rule* kQueueRules[] = {&kRequeue, &kReadQueued, &kRevoke, &kDrop};
 
 // What tells of a buffer, not of the frame in it.
 bool IsOfBuffer(std::string_view command) {
@@ -104,8 +86,6 @@ class Queue : public RuleFamily {
       case Function::DSGetBufferChunkData:
       case Function::DSRevokeBuffer:
       case Function::DSFlushQueue:
-      case Function::DSStartAcquisition:
-      case Function::DSStopAcquisition:
       case Function::DSClose:
       case Function::EventGetData:
       case Function::EventFlush:
@@ -132,10 +112,6 @@ class Queue : public RuleFamily {
       case Function::EventFlush:
         CheckDrop(call);
         break;
-      case Function::DSStopAcquisition:
-      case Function::DSClose:
-        EndStarving(call, call.HandleIn("hDS"), false);
-        break;
       default:
         break;
     }
@@ -144,59 +120,52 @@ class Queue : public RuleFamily {
   void After(const Call& call) override {
     switch (call.Which()) {
       case Function::DSQueueBuffer:
-      case Function::DSFlushQueue:
-        if (!call.Failed()) {
-          EndStarving(call, call.HandleIn("hDS"), true);
-        }
-        if (const HandleId id = call.HandleIn("hB");
-            !call.Failed() && id != kNoHandle && call.Which() == Function::DSQueueBuffer) {
+        if (const HandleId id = call.HandleIn("hB"); !call.Failed() && id != kNoHandle) {
           RememberQueued(call, id);
+        }
+        break;
+      case Function::DSFlushQueue:
+        if (call.StreamIn() != nullptr) {
+          flushes_[call.HandleIn("hDS")] = {call.Place(), std::string(call.Text("QueueType")),
+                                            call.Failed() ? call.ResultText() : std::string()};
         }
         break;
       case Function::DSRevokeBuffer:
         if (!call.Failed()) {
           queuedAt_.erase(call.HandleIn("hBuffer"));
-          deliveredAt_.erase(call.HandleIn("hBuffer"));
+        }
+        break;
+      case Function::DSClose:
+        if (!call.Failed()) {
+          flushes_.erase(call.HandleIn("hDS"));
         }
         break;
       case Function::EventGetData:
         OnEvent(call);
-        break;
-      case Function::DSGetBufferInfo:
-        OnInfo(call);
         break;
       default:
         break;
     }
   }
 
-  void EndSession(const SessionModel& model, const Moment& moment, bool /*isClosed*/) override {
-    for (auto& [id, starving] : starving_) {
-      Conclude(model, id, starving, moment);
-    }
-    starving_.clear();
+  void EndSession(const SessionModel& /*model*/, const Moment& /*moment*/,
+                  bool /*isClosed*/) override {
     queuedAt_.clear();
-    deliveredAt_.clear();
+    flushes_.clear();
   }
 
  private:
-  struct Starving {
-    Moment since;
-    std::int64_t limit = kShortest;
-    std::uint64_t timeouts = 0;
-    std::uint64_t depthBefore = 0;
-    std::optional<LogPlace> firstTimeout;
-    bool isReported = false;
-    std::vector<HandleId> holders;
+  // The last one of a stream.
+  struct QueueFlush {
+    LogPlace place;
+    std::string type;
+    std::string failure;  // "" if it succeeded
   };
 
   // The state of a buffer is certain as long as the depth of its stream's queue is.
-  static const Stream* CertainStream(const Call& call, HandleId dataStream) {
-    if (dataStream == kNoHandle || call.At(dataStream).stream == SIZE_MAX) {
-      return nullptr;
-    }
-    const Stream& stream = call.Model().Streams()[call.At(dataStream).stream];
-    return stream.CurrentDepth().has_value() ? &stream : nullptr;
+  static const Stream* CertainStream(const Call& call) {
+    const Stream* stream = call.StreamIn();
+    return stream != nullptr && stream->CurrentDepth().has_value() ? stream : nullptr;
   }
 
   // A stream's buffer that is open and was announced on it.
@@ -211,8 +180,7 @@ class Queue : public RuleFamily {
   void CheckRequeue(const Call& call) {
     const HandleId buffer = OwnBuffer(call, "hB");
     if (buffer == kNoHandle || !call.Failed() || call.At(buffer).state != BufferState::Queued ||
-        (CertainStream(call, call.HandleIn("hDS")) == nullptr &&
-         call.Result() != GC_ERR_RESOURCE_IN_USE)) {
+        (CertainStream(call) == nullptr && call.Result() != GC_ERR_RESOURCE_IN_USE)) {
       return;
     }
     if (Finding* finding = findings_.Add(kRequeue, Severity::Error, KeyOf(buffer), call.Moment())) {
@@ -226,7 +194,7 @@ class Queue : public RuleFamily {
   void CheckRead(const Call& call) {
     const HandleId buffer = OwnBuffer(call, "hBuffer");
     if (buffer == kNoHandle || call.At(buffer).state != BufferState::Queued ||
-        CertainStream(call, call.HandleIn("hDS")) == nullptr ||
+        CertainStream(call) == nullptr ||
         (call.Which() == Function::DSGetBufferInfo && IsOfBuffer(call.NameIn("iCommand")))) {
       return;
     }
@@ -243,7 +211,7 @@ class Queue : public RuleFamily {
 
   void CheckRevoke(const Call& call) {
     const HandleId buffer = OwnBuffer(call, "hBuffer");
-    const Stream* stream = CertainStream(call, call.HandleIn("hDS"));
+    const Stream* stream = CertainStream(call);
     if (buffer == kNoHandle || stream == nullptr || !call.Failed() ||
         call.Result() == GC_ERR_INVALID_HANDLE) {
       return;
@@ -261,13 +229,34 @@ class Queue : public RuleFamily {
           "likely a fault of the producer.",
           call.Named(buffer), call.ResultText());
     } else {
-      finding->message = fmt::format(
-          "{} is revoked {}: the producer answers {}.", call.Named(buffer),
-          isQueued ? "while it's queued, with no DSFlushQueue(ACQ_QUEUE_ALL_DISCARD) since then"
-                   : "while the stream is acquiring",
-          call.ResultText());
+      finding->message =
+          fmt::format("{} is revoked {}: the producer answers {}.", call.Named(buffer),
+                      isQueued ? "while it's queued, " + WhyQueued(call, buffer)
+                               : "while the stream is acquiring",
+                      call.ResultText());
     }
     Name(call, buffer, *finding);
+    if (const auto flush = flushes_.find(stream->Id()); flush != flushes_.end()) {
+      Relate(*finding, flush->second.place, fmt::format("DSFlushQueue({})", flush->second.type));
+    }
+  }
+
+  // Why no flush has taken a queued buffer out of the queue.
+  std::string WhyQueued(const Call& call, HandleId buffer) const {
+    const auto flush = flushes_.find(call.HandleIn("hDS"));
+    if (flush == flushes_.end()) {
+      return "and there was no DSFlushQueue(ACQ_QUEUE_ALL_DISCARD) for its stream";
+    }
+    const QueueFlush& last = flush->second;
+    const auto queued = queuedAt_.find(buffer);
+    if (queued != queuedAt_.end() && IsBehind(queued->second, last.place)) {
+      return fmt::format("since it was queued again behind DSFlushQueue({})", last.type);
+    }
+    if (!last.failure.empty()) {
+      return fmt::format("since DSFlushQueue({}) failed with {}", last.type, last.failure);
+    }
+    return fmt::format("and DSFlushQueue({}) {}", last.type,
+                       last.type.ends_with("_TO_INPUT") ? "put it there" : "didn't take it out");
   }
 
   void CheckDrop(const Call& call) {
@@ -300,142 +289,28 @@ class Queue : public RuleFamily {
   }
 
   static const Stream* RunningStream(const Call& call, HandleId dataStream) {
-    if (dataStream == kNoHandle || call.At(dataStream).stream == SIZE_MAX) {
-      return nullptr;
-    }
-    const Stream& stream = call.Model().Streams()[call.At(dataStream).stream];
-    return stream.IsRunning() ? &stream : nullptr;
+    const Stream* stream = call.Model().FindStream(dataStream);
+    return stream != nullptr && stream->IsRunning() ? stream : nullptr;
   }
 
   void OnEvent(const Call& call) {
-    if (!call.Context().isNewBufferEvent) {
+    if (!call.Context().isNewBufferEvent || call.Failed()) {
       return;
     }
-    const HandleId dataStream = call.At(call.Context().handles[0]).parent;
-    const Stream* stream = RunningStream(call, dataStream);
-    if (call.Failed()) {
-      const auto starving = starving_.find(dataStream);
-      if (call.Result() == GC_ERR_TIMEOUT && starving != starving_.end()) {
-        ++starving->second.timeouts;
-        starving->second.firstTimeout = starving->second.firstTimeout.value_or(call.Place());
-      }
+    if (call.Context().delivered != kNoHandle) {
+      queuedAt_.erase(call.Context().delivered);
       return;
     }
-    if (call.Context().delivered == kNoHandle) {
-      if (stream != nullptr &&
-          call.Message().values[1].text.find_first_not_of('0') == std::string_view::npos) {
-        ReportDrop(call, *stream, "fetches a frame's event without a place to store it");
-      }
-      return;
+    const Stream* stream = RunningStream(call, call.At(call.Context().handles[0]).parent);
+    if (stream != nullptr &&
+        call.Message().values[1].text.find_first_not_of('0') == std::string_view::npos) {
+      ReportDrop(call, *stream, "fetches a frame's event without a place to store it");
     }
-    deliveredAt_[call.Context().delivered] = call.Place();
-    queuedAt_.erase(call.Context().delivered);
-    if (stream != nullptr && call.HasTime() && stream->CurrentDepth() == 0 &&
-        !starving_.contains(dataStream)) {
-      StartStarving(call, *stream);
-    }
-  }
-
-  void StartStarving(const Call& call, const Stream& stream) {
-    Starving starving;
-    starving.since = call.Moment();
-    if (stream.Intervals().Count() > 0) {
-      starving.limit =
-          std::max(kShortest, static_cast<std::int64_t>(stream.Intervals().Mean() * 2));
-    }
-    for (const HandleId id : call.All().OpenOnes()) {
-      if (call.At(id).kind == HandleKind::Buffer && call.At(id).parent == stream.Id() &&
-          call.At(id).state == BufferState::Held) {
-        starving.holders.push_back(id);
-      }
-    }
-    // With nothing held, the frames came from buffers that the log doesn't show.
-    if (!starving.holders.empty()) {
-      starving_.emplace(stream.Id(), std::move(starving));
-    }
-  }
-
-  // A frame that is asked about: was there a gap since the queue was empty?
-  void OnInfo(const Call& call) {
-    if (lastStarved_ == nullptr || call.Failed() ||
-        call.Text("iCommand") != "BUFFER_INFO_FRAMEID") {
-      return;
-    }
-    const HandleId dataStream = call.HandleIn("hDS");
-    if (dataStream != lastStarvedStream_ || call.At(dataStream).stream == SIZE_MAX) {
-      return;
-    }
-    const Stream& stream = call.Model().Streams()[call.At(dataStream).stream];
-    const std::uint64_t missing = stream.MissingFrameIds().value_or(0) - missingBefore_;
-    missingBefore_ += missing;
-    if (missing != 0) {
-      lastStarved_->severity = Severity::Error;
-      Relate(*lastStarved_, call.Place(), fmt::format("{} frame ids are missing", missing));
-    }
-    if (--framesToLookAt_ == 0) {
-      lastStarved_ = nullptr;
-    }
-  }
-
-  // `isOver`: the producer has a buffer again. Otherwise the stream ends.
-  void EndStarving(const Call& call, HandleId dataStream, bool isOver) {
-    const auto known = starving_.find(dataStream);
-    if (known == starving_.end() || call.Failed()) {
-      return;
-    }
-    Finding* finding = Conclude(call.Model(), dataStream, known->second, call.Moment(), isOver);
-    if (finding != nullptr && isOver) {
-      const Stream& stream = call.Model().Streams()[call.At(dataStream).stream];
-      lastStarved_ = finding;
-      lastStarvedStream_ = dataStream;
-      missingBefore_ = stream.MissingFrameIds().value_or(0);
-      framesToLookAt_ = known->second.holders.size() + 1;
-    }
-    starving_.erase(known);
-  }
-
-  Finding* Conclude(const SessionModel& model, HandleId id, const Starving& starving,
-                    const Moment& now, bool isOver = false) {
-    const std::int64_t lasted = now.time.value_or(0) - starving.since.time.value_or(0);
-    if (lasted <= starving.limit || (starving.timeouts == 0 && !isOver)) {
-      return nullptr;
-    }
-    const Severity severity = starving.timeouts > 0 ? Severity::Error : Severity::Warning;
-    Finding* finding = findings_.Add(kStarve, severity, KeyOf(id), starving.since);
-    if (finding == nullptr) {
-      return findings_.Find(kStarve, KeyOf(id));
-    }
-    const Handles& handles = model.AllHandles();
-    finding->message = fmt::format(
-        "{} ran out of buffers: the application holds {} for {} ms{}. Queue each again after use.",
-        handles.FullName(id),
-        starving.holders.size() == 1 ? "its only one"
-                                     : fmt::format("all {}", starving.holders.size()),
-        lasted / 1000,
-        starving.timeouts == 0
-            ? ", so frames were likely lost"
-            : fmt::format(", and {} for a frame timed out",
-                          starving.timeouts == 1 ? "a wait"
-                                                 : std::to_string(starving.timeouts) + " waits"));
-    finding->handles.push_back(handles.Name(id));
-    for (const HandleId holder : starving.holders) {
-      const auto at = deliveredAt_.find(holder);
-      if (at != deliveredAt_.end() && finding->handles.size() < Findings::kMostRelated) {
-        finding->handles.push_back(handles.Name(holder));
-        Relate(*finding, at->second, handles.Name(holder) + " is held since");
-      }
-    }
-    Relate(*finding, starving.firstTimeout, "the first wait that times out");
-    return finding;
   }
 
   void RememberQueued(const Call& call, HandleId id) {
-    if (queuedAt_.size() > 10'000) {
-      std::erase_if(queuedAt_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-      std::erase_if(deliveredAt_, [&](const auto& each) { return !call.At(each.first).isOpen; });
-    }
+    ForgetClosed(queuedAt_, call.All(), 10'000);
     queuedAt_[id] = call.Place();
-    deliveredAt_.erase(id);
   }
 
   void Name(const Call& call, HandleId buffer, Finding& finding) {
@@ -448,13 +323,8 @@ class Queue : public RuleFamily {
   }
 
   Findings& findings_;
-  std::map<HandleId, Starving> starving_;
   std::unordered_map<HandleId, LogPlace> queuedAt_;
-  std::unordered_map<HandleId, LogPlace> deliveredAt_;
-  Finding* lastStarved_ = nullptr;
-  HandleId lastStarvedStream_ = kNoHandle;
-  std::uint64_t missingBefore_ = 0;
-  std::size_t framesToLookAt_ = 0;
+  std::map<HandleId, QueueFlush> flushes_;
 };
 
 }  // namespace

@@ -85,7 +85,7 @@ constexpr std::uint64_t kRow = 3;                // time-outs that are another r
 
 class Times : public RuleFamily {
  public:
-  Times(Findings& findings, const LogKnowledge& /*log*/) : findings_(findings) {}
+  Times(Findings& findings, const LogKnowledge& log) : findings_(findings), log_(log) {}
 
   [[nodiscard]] Interest Wants(Function function) const override {
     switch (function) {
@@ -107,7 +107,7 @@ class Times : public RuleFamily {
 
   void Before(const Call& call) override {
     if (call.Which() == Function::DSGetBufferInfo) {
-      const Stream* stream = StreamOf(call, call.HandleIn("hDS"));
+      const Stream* stream = call.StreamIn();
       missingBefore_ = stream == nullptr ? 0 : stream->MissingFrameIds().value_or(0);
       return;
     }
@@ -139,8 +139,7 @@ class Times : public RuleFamily {
         }
         break;
       case Function::DSStartAcquisition:
-        if (const Stream* stream = StreamOf(call, call.HandleIn("hDS"));
-            stream != nullptr && !call.Failed()) {
+        if (const Stream* stream = call.StreamIn(); stream != nullptr && !call.Failed()) {
           streams_[stream->Id()] = {};
           streams_[stream->Id()].framesAtStart = stream->Frames();
           streams_[stream->Id()].emptyAt = stream->Frames();
@@ -168,15 +167,8 @@ class Times : public RuleFamily {
     std::uint64_t missing = 0;
   };
 
-  static const Stream* StreamOf(const Call& call, HandleId id) {
-    if (id == kNoHandle || call.At(id).stream == SIZE_MAX) {
-      return nullptr;
-    }
-    return &call.Model().Streams()[call.At(id).stream];
-  }
-
   void OnEvent(const Call& call, HandleId id) {
-    const Stream* stream = StreamOf(call, id);
+    const Stream* stream = call.Model().FindStream(id);
     if (stream == nullptr || !stream->IsRunning()) {
       return;
     }
@@ -207,12 +199,10 @@ class Times : public RuleFamily {
     if (static_cast<double>(interval) < kTimeManyIntervals * usual) {
       return;
     }
-    if (Finding* finding =
-            findings_.Add(kStall, Severity::Warning, KeyOf(stream.Id()), call.Moment())) {
-      finding->handles.push_back(call.All().Name(stream.Id()));
-    }
     state.longest = std::max(state.longest, interval);
-    if (Finding* finding = findings_.Find(kStall, KeyOf(stream.Id()))) {
+    if (Finding* finding =
+            findings_.AddOrUpdate(kStall, Severity::Warning, KeyOf(stream.Id()), call.Moment())) {
+      finding->handles = {call.All().Name(stream.Id())};
       finding->message = fmt::format(
           "A frame of {} came {} ms after the one before; {} ms are usual.",
           call.Named(stream.Id()), state.longest / 1000, static_cast<std::int64_t>(usual) / 1000);
@@ -220,7 +210,7 @@ class Times : public RuleFamily {
   }
 
   void CheckGap(const Call& call) {
-    const Stream* stream = StreamOf(call, call.HandleIn("hDS"));
+    const Stream* stream = call.StreamIn();
     if (stream == nullptr) {
       return;
     }
@@ -235,10 +225,8 @@ class Times : public RuleFamily {
     }
     state.missing += missing;
     if (Finding* finding =
-            findings_.Add(kGap, Severity::Warning, KeyOf(stream->Id()), call.Moment())) {
-      finding->handles.push_back(call.All().Name(stream->Id()));
-    }
-    if (Finding* finding = findings_.Find(kGap, KeyOf(stream->Id()))) {
+            findings_.AddOrUpdate(kGap, Severity::Warning, KeyOf(stream->Id()), call.Moment())) {
+      finding->handles = {call.All().Name(stream->Id())};
       finding->message = fmt::format(
           "{} frame ids of {} are missing, though the application didn't hold all buffers: "
           "likely the frames were lost on the way.",
@@ -247,7 +235,7 @@ class Times : public RuleFamily {
   }
 
   void CheckHold(const Call& call) {
-    const Stream* stream = StreamOf(call, call.HandleIn("hDS"));
+    const Stream* stream = call.StreamIn();
     if (stream == nullptr || stream->Holds().Count() < kEnoughFrames ||
         stream->Intervals().Count() < kEnoughFrames || !call.HasTime()) {
       return;
@@ -269,6 +257,11 @@ class Times : public RuleFamily {
   }
 
   void ReportSlow(const Call& call) {
+    // A wait that kept it says more.
+    if (findings_.Count() != log_.foundBeforeCall &&
+        findings_.Last()->rule->id == "EVT-CLOSE-WAIT") {
+      return;
+    }
     if (Finding* finding =
             findings_.Add(kSlow, Severity::Warning, KeyOf(call.Context().handles[0], call.Which()),
                           call.Moment())) {
@@ -283,7 +276,7 @@ class Times : public RuleFamily {
 
   void CheckCounters(const Call& call) {
     const std::string_view command = call.Text("iCmd");
-    const Stream* stream = StreamOf(call, call.HandleIn("hDS"));
+    const Stream* stream = call.StreamIn();
     const std::optional<std::uint64_t> value = call.Value("Buffer");
     if (stream == nullptr || !value.has_value()) {
       return;
@@ -309,6 +302,7 @@ class Times : public RuleFamily {
   }
 
   Findings& findings_;
+  const LogKnowledge& log_;
   std::map<HandleId, TimedStream> streams_;
   std::uint64_t missingBefore_ = 0;
 };

@@ -147,12 +147,8 @@ class Waits : public RuleFamily {
     Moment firstTimeout;
   };
 
-  static const Stream* StreamOf(const SessionModel& model, HandleId id) {
-    const std::size_t stream = model.AllHandles().At(id).stream;
-    return stream == SIZE_MAX ? nullptr : &model.Streams()[stream];
-  }
   static std::uint64_t FramesOf(const SessionModel& model, HandleId id) {
-    const Stream* stream = StreamOf(model, id);
+    const Stream* stream = model.FindStream(id);
     return stream == nullptr ? 0 : stream->Frames();
   }
 
@@ -185,7 +181,7 @@ class Waits : public RuleFamily {
   }
 
   void Wait(const Call& call, HandleId id) {
-    const Stream* stream = StreamOf(call.Model(), id);
+    const Stream* stream = call.Model().FindStream(id);
     if (stream == nullptr || !stream->IsRunning()) {
       return;
     }
@@ -220,7 +216,7 @@ class Waits : public RuleFamily {
     }
     WaitingStream& state = known->second;
     const std::uint64_t row = std::exchange(state.row, 0);
-    const Stream* stream = StreamOf(model, id);
+    const Stream* stream = model.FindStream(id);
     const std::int64_t lasted =
         state.last - state.first.time.value_or(state.last) + state.firstWaited;
     const double usual =
@@ -254,7 +250,7 @@ class Waits : public RuleFamily {
 
   void JudgeTimeouts(const SessionModel& model, HandleId id) {
     const auto known = streams_.find(id);
-    const Stream* stream = StreamOf(model, id);
+    const Stream* stream = model.FindStream(id);
     if (known == streams_.end() || stream == nullptr) {
       return;
     }

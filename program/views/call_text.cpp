@@ -80,6 +80,38 @@ void AppendValue(std::string& out, const Record& record, const Place& place,
   }
 }
 
+// What it is, not what it was taken for.
+void AppendMisplaced(std::string& out, const Place& place, HandleId id, const Handles& handles) {
+  AppendSafe(out, handles.FullName(id));
+  out += " (given as ";
+  out += KindText(place.kind);
+  out += ')';
+}
+
+// Of a pointer, and of a value without a type, some lines show where it was stored, and not what it
+// is.
+bool IsStorage(const LineShape& shape, const Message& message, std::size_t place) {
+  const std::string_view text = message.values[place].text;
+  return place > 0 && shape.places[place].label == "Buffer" && text.starts_with("0x") &&
+         text.substr(2) == message.values[place - 1].text;
+}
+
+// What it was when the buffer was announced.
+void AppendPointerValue(std::string& out, const Message& message, const Context& context,
+                        const Handles& handles) {
+  const std::size_t buffer = message.shape->Find("hBuffer");
+  const std::size_t command = message.shape->Find("iCommand");
+  std::optional<std::uint64_t> value;
+  if (buffer != kNoPlace && command != kNoPlace && context.handles[buffer] != kNoHandle) {
+    const Handle& handle = handles.At(context.handles[buffer]);
+    const std::string_view name = message.values[command].text;
+    value = name == "BUFFER_INFO_BASE"       ? handle.memory
+            : name == "BUFFER_INFO_USER_PTR" ? handle.userPointer
+                                             : std::nullopt;
+  }
+  out += value.has_value() ? fmt::format("Buffer=0x{:016X}", *value) : "Buffer=(not in the log)";
+}
+
 // The type and the size of a value say nothing beside the value itself.
 bool IsBesideValue(const LineShape& shape, const Message& message, const Place& place) {
   if (place.label == "iType") {
@@ -162,7 +194,11 @@ void AppendCall(std::string& out, const Record& record, const Message& message,
     if (IsShown(place) && !place.isOutput) {
       out += first ? "" : ", ";
       first = false;
-      AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      if (context.misplaced[i] != kNoHandle) {
+        AppendMisplaced(out, place, context.misplaced[i], handles);
+      } else {
+        AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      }
     }
   }
   out += ')';
@@ -180,7 +216,11 @@ void AppendCall(std::string& out, const Record& record, const Message& message,
     if (IsShown(place) && place.isOutput && !IsBesideValue(shape, message, place)) {
       out += first ? " -> " : ", ";
       first = false;
-      AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      if (IsStorage(shape, message, i)) {
+        AppendPointerValue(out, message, context, handles);
+      } else {
+        AppendValue(out, record, place, message.values[i], context.handles[i], handles);
+      }
     }
   }
 }

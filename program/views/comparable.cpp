@@ -117,7 +117,7 @@ ComparableCall MakeComparable(const Record& record, const Message& message, cons
       case Meaning::Handle:
       case Meaning::HandleLowHalf:
         if (!place.isOutput || !message.Failed()) {
-          AddHandle(what, context.handles[i], handles);
+          AddHandle(what, context.Given(i), handles);
         }
         break;
       default: {

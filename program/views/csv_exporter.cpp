@@ -133,8 +133,8 @@ class CsvExporter : public Exporter {
 
   [[nodiscard]] std::string FirstHandle(const Message& message, const Context& context) const {
     for (std::size_t i = 0; i < message.shape->places.size(); ++i) {
-      if (context.handles[i] != kNoHandle) {
-        return model_.AllHandles().Name(context.handles[i]);
+      if (context.Given(i) != kNoHandle) {
+        return model_.AllHandles().Name(context.Given(i));
       }
     }
     return "";

@@ -28,7 +28,12 @@ void AppendFinding(std::string& out, const ReportedLog& log, const SessionModel&
     out += fmt::format(" by T{}", finding.thread);
   }
   if (finding.count > 1) {
-    out += fmt::format(", {} times, the last time at line {}", finding.count, finding.last.line);
+    out += fmt::format(", {} times, the last time at ", finding.count);
+    if (finding.last.file == finding.place.file) {
+      out += fmt::format("line {}", finding.last.line);
+    } else {
+      AppendPlace(out, log, finding.last);
+    }
   }
   if (out.back() == ' ') {
     out.resize(out.size() - 4);

@@ -169,7 +169,7 @@ class JsonLinesExporter : public Exporter {
       first = false;
       out += places[i].label;
       out += "\":";
-      AppendValue(out, places[i], message.values[i], context.handles[i]);
+      AppendValue(out, places[i], message.values[i], context.Given(i));
     }
     out += '}';
   }

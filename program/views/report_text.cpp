@@ -222,11 +222,18 @@ class TextReport {
   void WriteDistribution(std::string_view name, const ValueCounts& values) {
     const std::optional<Distribution> known = Summarize(values);
     if (known.has_value()) {
-      Add("  {:<12}mean {:.3f}, p50 {:.3f}, p95 {:.3f}, p99 {:.3f}, max {:.3f} ms", name,
-          known->mean, known->p50, known->p95, known->p99, known->max);
+      Add("  {:<12}mean {}, p50 {}, p95 {}, p99 {}, max {} ms", name, Resolved(known->mean),
+          Resolved(known->p50), Resolved(known->p95), Resolved(known->p99), Resolved(known->max));
     } else {
       Add("  {:<12}not known", name);
     }
+  }
+
+  // Of what is shorter than the layout can show, no more is known than that.
+  [[nodiscard]] std::string Resolved(double milliseconds) const {
+    const double resolution = static_cast<double>(model_.Resolution()) / 1e3;
+    return milliseconds < resolution ? fmt::format("< {:g}", resolution)
+                                     : fmt::format("{:.3f}", milliseconds);
   }
 
   static std::string CountOr(const std::optional<std::uint64_t>& count) {

@@ -87,7 +87,7 @@ bool ShowView::PassesHandles(const Message& message, const Context& context) con
   }
   for (std::size_t i = 0; message.shape != nullptr && i < message.shape->places.size(); ++i) {
     const Meaning meaning = message.shape->places[i].meaning;
-    const HandleId id = context.handles[i];
+    const HandleId id = context.Given(i);
     if ((meaning == Meaning::Handle || meaning == Meaning::HandleLowHalf) &&
         isWanted(id, message.values[i].text)) {
       return true;

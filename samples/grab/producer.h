@@ -211,6 +211,7 @@ class Producer {
   const Function<decltype(::GCRegisterEvent)> GCRegisterEvent{*this, "GCRegisterEvent"};
   const Function<decltype(::GCUnregisterEvent)> GCUnregisterEvent{*this, "GCUnregisterEvent"};
   const Function<decltype(::EventGetData)> EventGetData{*this, "EventGetData"};
+  const Function<decltype(::EventFlush)> EventFlush{*this, "EventFlush", Need::Optional};
   const Function<decltype(::EventKill)> EventKill{*this, "EventKill", Need::Optional};
 };
 

@@ -184,18 +184,24 @@ void Session::OpenFirstStream() {
   std::cout << "Data stream " << streamId << " opened, the first of " << count << '\n';
 }
 
-void Session::AnnounceBuffers() {
+void Session::AnnounceBuffers(bool mix) {
   std::size_t count = 4;
   const std::size_t size = FindPayloadSize(&count);
   while (buffers.size() + 1 < count) {
     AnnounceOwnBuffer(size);
   }
-  BUFFER_HANDLE buffer = nullptr;
-  if (gentl.DSAllocAndAnnounceBuffer.IfOffered(stream, size, this, &buffer)) {
-    buffers.push_back(buffer);
-  } else {
+  if (!mix || !AnnounceProducersBuffer(size)) {
     AnnounceOwnBuffer(size);
   }
+}
+
+bool Session::AnnounceProducersBuffer(std::size_t size) {
+  BUFFER_HANDLE buffer = nullptr;
+  if (!gentl.DSAllocAndAnnounceBuffer.IfOffered(stream, size, this, &buffer)) {
+    return false;
+  }
+  buffers.push_back(buffer);
+  return true;
 }
 
 void Session::AnnounceOwnBuffer(std::size_t size) {
@@ -352,7 +358,7 @@ void GrabFrames(const Producer& producer, const Options& options) {
     newer.emplace(session);
     newer->PrintParents();
   }
-  session.AnnounceBuffers();
+  session.AnnounceBuffers(options.misuse);
   session.StartAcquisition();
 
   using Clock = std::chrono::steady_clock;

@@ -86,8 +86,12 @@ struct Session {
   void OpenFirstDevice();
   void OpenCamera();
   void OpenFirstStream();
-  // The producer allocates the last buffer; the others are in our own memory.
-  void AnnounceBuffers();
+  // In our own memory. With `mix`, the producer allocates the last one, which not every producer
+  // takes beside others.
+  void AnnounceBuffers(bool mix = false);
+  void AnnounceOwnBuffer(std::size_t size);
+  // Returns false if the producer doesn't offer to allocate memory.
+  bool AnnounceProducersBuffer(std::size_t size);
   void StartAcquisition();
   // Returns the next filled buffer.
   [[nodiscard]] BUFFER_HANDLE WaitForBuffer(std::uint64_t timeoutMs) const;
@@ -110,7 +114,6 @@ struct Session {
   bool acquiring = false;
 
  private:
-  void AnnounceOwnBuffer(std::size_t size);
   [[nodiscard]] std::size_t FindPayloadSize(std::size_t* bufferCount) const;
 };
 

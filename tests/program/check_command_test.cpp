@@ -52,6 +52,29 @@ TEST(Check, SaysWhatIsWrongWhereAndWhy) {
   EXPECT_THAT(result.output, HasSubstr("\n1 error, 1 warning, 0 infos\n"));
 }
 
+TEST(Check, NamesTheFileOfTheLastTime) {
+  const std::string whole = BadSession();
+  const std::size_t second = whole.find("2026-11-21 12:00:00.005");
+  const ScratchFile log(whole.substr(0, second));
+  const std::string next = log.Beside(whole.substr(second), "next.log");
+  const ProgramResult result = RunVextrel({"check", log.Path(), next});
+  EXPECT_THAT(result.output, HasSubstr("app.log:5: error HND-AFTER"));
+  EXPECT_THAT(result.output, HasSubstr(", 2 times, the last time at " + next + ":1\n"));
+}
+
+TEST(Check, SaysNothingOfWhatIsOpenWhenALogIsCut) {
+  const std::string whole =
+      LogLine(0, "GC_ERR_SUCCESS=GCInitLib(void)") +
+      LogLine(1, "GC_ERR_SUCCESS=TLOpen(0x000000000000F000->(pHandle=0x0000000000000A10))");
+  const ProgramResult cut = Check(whole + "2026-11-21 12:00:00.002 [7] INFO  GC_ERR_SUCC");
+  EXPECT_THAT(cut.output, Not(HasSubstr("warning MOD-LEAK")));
+  EXPECT_THAT(cut.output, HasSubstr("not judged: MOD-LEAK: the log ends in the middle of a line"));
+  const ProgramResult busy =
+      Check(whole + LogLine(2, "Call 9 enters TLClose(0x0000000000000A10)", "DEBUG"));
+  EXPECT_THAT(busy.output, HasSubstr("not judged: MOD-LEAK: the session ends while a call is in "
+                                     "the producer"));
+}
+
 TEST(Check, HasJsonOfSchema1) {
   const ScratchFile log(BadSession());
   const ProgramResult result = RunVextrel({"check", "--json", log.Path()});

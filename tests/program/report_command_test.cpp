@@ -37,6 +37,30 @@ TEST(Report, FitsOnOneScreen) {
   EXPECT_THAT(shown, HasSubstr("max 600.000 ms at line 26"));
 }
 
+TEST(Report, KnowsNothingBelowTheResolution) {
+  std::string log =
+      LogLine(0, "GC_ERR_SUCCESS=GCInitLib(void)") +
+      LogLine(0,
+              "GC_ERR_SUCCESS=DSStartAcquisition(hDS=0x0000000000000D50, "
+              "Flags=ACQ_START_FLAGS_DEFAULT, iNumFramesToAcquire=1)") +
+      LogLine(0,
+              "GC_ERR_SUCCESS=GCRegisterEvent(hEventSrc=0x0000000000000D50, "
+              "iEvent=EVENT_NEW_BUFFER, 0x000000000000F070->(hE=0x0000000000000E10))");
+  // Held for 0, 0 and 3 ms.
+  for (const int time : {100, 110, 120}) {
+    log += LogLine(time,
+                   "GC_ERR_SUCCESS=EventGetData(hEvent=0x0000000000000E10, "
+                   "0x000000000000F000->(Buffer=0x01,0x0b,0x00,0x00,0x00,0x00,0x00,0x00), "
+                   "0x000000000000F008->(iSize=8), iTimeout=500)");
+    log += LogLine(time == 120 ? time + 3 : time,
+                   "GC_ERR_SUCCESS=DSQueueBuffer(hDS=0x0000000000000D50, hB=0x0000000000000B01)");
+  }
+  const std::string shown = Report(log).output;
+  EXPECT_THAT(shown, HasSubstr("hold        mean 1.000, p50 < 1, p95 3.000, p99 3.000, max 3.000 "
+                               "ms\n"));
+  EXPECT_THAT(shown, HasSubstr("interval    mean 10.000, p50 10.000,"));
+}
+
 TEST(Report, ShowsWhatTimingLinesTell) {
   const std::string shown = Report(TimedCalls(), {"--slowest"}).output;
   EXPECT_THAT(shown, HasSubstr("resolution 1 us\n"));

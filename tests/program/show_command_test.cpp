@@ -172,6 +172,79 @@ TEST(Show, SaysWithWhatAHandleWasClosed) {
                                "GC_ERR_INVALID_HANDLE\n"));
 }
 
+TEST(Show, SaysWhatAHandleIsThatWasGivenForAnother) {
+  const std::string shown =
+      Show(LogLine(0, "GC_ERR_SUCCESS=TLOpen(0x000000000000F000->(pHandle=0x0000000000000A10))") +
+           LogLine(1,
+                   "GC_ERR_SUCCESS=TLOpenInterface(hTL=0x0000000000000A10, "
+                   "0x000000000000F028->(sInterfaceName=If0), "
+                   "0x000000000000F030->(hInterface=0000000000000A20))") +
+           // Of a device, the log has shown no more than half of the handle.
+           LogLine(2,
+                   "GC_ERR_SUCCESS=IFOpenDevice(hInterface=0x0000000000000A20, "
+                   "0x000000000000F038->(sDevName=Cam0), iOpenFlags=DEVICE_ACCESS_EXCLUSIVE, "
+                   "0x000000000000F040->(hDev=0xc0de0))") +
+           LogLine(3, "GC_ERR_INVALID_HANDLE=DSClose(hDS=0x00000001000C0DE0)") +
+           LogLine(4, "GC_ERR_INVALID_PARAMETER=DevClose(hDev=0x0000000000000A20)") +
+           LogLine(5, "GC_ERR_INVALID_HANDLE=DSClose(hDS=0x0000000000000D99)") +
+           // Another kind may have the same value.
+           LogLine(6,
+                   "GC_ERR_SUCCESS=DevOpenDataStream(hDev=0x00000001000C0DE0, "
+                   "0x000000000000F058->(pID=S0), 0x000000000000F060->(hDS=0x0000000000000A20))") +
+           LogLine(7, "GC_ERR_INVALID_HANDLE=DSClose(hDS=0x0000000000000A20)"));
+  EXPECT_THAT(shown, HasSubstr("DSClose(DEV1 \"Cam0\" (given as a data stream)) "
+                               "GC_ERR_INVALID_HANDLE\n"));
+  EXPECT_THAT(shown, HasSubstr("DevClose(IF1 \"If0\" (given as a device)) "
+                               "GC_ERR_INVALID_PARAMETER\n"));
+  EXPECT_THAT(shown, HasSubstr("12:00:00.005   +0.001 T1  DSClose(DS1) GC_ERR_INVALID_HANDLE\n"));
+  EXPECT_THAT(shown, HasSubstr("DevOpenDataStream(DEV1, pID=S0) -> DS2\n"));
+  EXPECT_THAT(shown, HasSubstr("12:00:00.007   +0.001 T1  DSClose(DS2) GC_ERR_INVALID_HANDLE\n"));
+}
+
+TEST(Show, FindsAHandleThatWasGivenForAnother) {
+  const std::string shown =
+      Show(LogLine(0, "GC_ERR_SUCCESS=TLOpen(0x000000000000F000->(pHandle=0x0000000000000A10))") +
+               LogLine(1, "GC_ERR_INVALID_HANDLE=DSClose(hDS=0x0000000000000A10)") +
+               LogLine(2, "GC_ERR_INVALID_HANDLE=DSClose(hDS=0x0000000000000D99)"),
+           {"--handle", "TL1"});
+  EXPECT_EQ(Lines(shown), 2);
+}
+
+TEST(Show, ShowsPointersAsTheyWereAnnounced) {
+  const auto info = [](std::string_view buffer, std::string_view command, std::string_view value) {
+    return LogLine(1, "GC_ERR_SUCCESS=DSGetBufferInfo(hDS=0x0000000000000D50, hBuffer=0x" +
+                          std::string(buffer) + ", iCommand=" + std::string(command) +
+                          ", 0x000000000000F010->(iType=INFO_DATATYPE_PTR) "
+                          "0x000000000000F018->(Buffer=" +
+                          std::string(value) + "), 0x000000000000F020->(iSize=8))");
+  };
+  const std::string shown = Show(
+      LogLine(0,
+              "GC_ERR_SUCCESS=DSAnnounceBuffer(hDS=0x0000000000000D50, "
+              "pBuffer=0x000000000000F100, iSize=64, pPrivate=0x00000000000ABCDE, "
+              "0x000000000000F068->(hBuffer=0x0000000000000B01))") +
+      LogLine(0,
+              "GC_ERR_SUCCESS=DSAllocAndAnnounceBuffer(hDS=0x0000000000000D50, iSize=64, "
+              "pPrivate=0x0000000000000000, 0x000000000000F068->(hBuffer=0x0000000000000B02))") +
+      info("0000000000000B01", "BUFFER_INFO_BASE", "0x000000000000F018") +
+      info("0000000000000B01", "BUFFER_INFO_USER_PTR", "0x000000000000F018") +
+      info("0000000000000B02", "BUFFER_INFO_BASE", "0x000000000000F018"));
+  EXPECT_THAT(shown, HasSubstr("(DS1, BUF1, iCommand=BUFFER_INFO_BASE) -> "
+                               "Buffer=0x000000000000F100\n"));
+  EXPECT_THAT(shown, HasSubstr("(DS1, BUF1, iCommand=BUFFER_INFO_USER_PTR) -> "
+                               "Buffer=0x00000000000ABCDE\n"));
+  EXPECT_THAT(
+      Show(LogLine(
+          0,
+          "GC_ERR_SUCCESS=DSGetInfo(hDS=0x0000000000000D50, iCmd=STREAM_INFO_ID, "
+          "0x000000000000F010->(iType=INFO_DATATYPE_UNKNOWN) "
+          "0x000000000000F018->(Buffer=0x000000000000F018), 0x000000000000F020->(iSize=8))")),
+      HasSubstr("DSGetInfo(DS1, iCmd=STREAM_INFO_ID) -> Buffer=(not in the log)\n"));
+  // Where the producer allocated it, nothing says.
+  EXPECT_THAT(shown, HasSubstr("(DS1, BUF2, iCommand=BUFFER_INFO_BASE) -> "
+                               "Buffer=(not in the log)\n"));
+}
+
 TEST(Show, SaysThatItFoundRolledFiles) {
   const std::string whole = SmallSession();
   const std::size_t half = whole.find("2026-11-21 12:00:00.110");

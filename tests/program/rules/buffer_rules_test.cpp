@@ -6,8 +6,6 @@
 namespace vextrel_test {
 namespace {
 
-constexpr std::uint64_t kDS2 = 0xD60;
-
 TypedLog& Cycle(TypedLog& log, std::uint64_t buffer) {
   return log.Ok(Announce(kDS, buffer << 8U, 0x100, buffer)).Ok(Queue(kDS, buffer));
 }
@@ -28,6 +26,16 @@ TEST(BufferRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.OpenStream(1).QueueAll().Here().Fails("INVALID_BUFFER", Start(kDS));
          log.Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
+       }},
+      {"nothing is queued, and a wait times out", "BUF-FEW error",
+       [](TypedLog& log) {
+         log.OpenStream(2).Here().Ok(Start(kDS)).Pass(500).Because();
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 500)).StopStream().CloseAll();
+       }},
+      {"nothing is queued until the first wait polled", "ACQ-ORDER info",
+       [](TypedLog& log) {
+         log.OpenStream(2).Here().Ok(Start(kDS)).Pass(1).Fails("TIMEOUT", Wait(kEvent, 0, 1));
+         log.QueueAll().Pass(30).Frame(0).StopStream().CloseAll();
        }},
       {"smaller than a frame", "BUF-SIZE error",
        [](TypedLog& log) {
@@ -70,54 +78,6 @@ TEST(BufferRules, FindWhatTheyAreFor) {
            Cycle(log, 0xB01).Ok(Start(kDS)).StopStream().Ok(Revoke(kDS, 0xB01));
          }
          log.Ok(Unregister(kDS, "NEW_BUFFER")).Ok(Close("DSClose", kDS)).CloseAll();
-       }},
-      {"a buffer of another stream", "BUF-FOREIGN error",
-       [](TypedLog& log) {
-         log.OpenDevice().Ok(OpenDS(kDev, "S0", kDS)).Ok(OpenDS(kDev, "S1", kDS2));
-         log.Because().Ok(Announce(kDS, 0x10000, 0x100, kBuffer));
-         log.Here().Fails("INVALID_HANDLE", Queue(kDS2, kBuffer)).Ok(Revoke(kDS, kBuffer));
-         log.Ok(Close("DSClose", kDS2)).Ok(Close("DSClose", kDS)).CloseAll();
-       }},
-      {"a buffer of its own stream", "",
-       [](TypedLog& log) {
-         log.OpenDevice().Ok(OpenDS(kDev, "S0", kDS)).Ok(OpenDS(kDev, "S1", kDS2));
-         log.Ok(Announce(kDS, 0x10000, 0x100, kBuffer)).Ok(Announce(kDS2, 0x20000, 8, 0xB80));
-         log.Ok(Revoke(kDS, kBuffer)).Ok(Revoke(kDS2, 0xB80));
-         log.Ok(Close("DSClose", kDS2)).Ok(Close("DSClose", kDS)).CloseAll();
-       }},
-      {"both kinds on one stream", "BUF-MIX warning",
-       [](TypedLog& log) {
-         log.OpenStream(1).Here().Ok(Alloc(kDS, 0x100, 0xB80)).Ok(Revoke(kDS, 0xB80)).CloseAll();
-       }},
-      {"each kind on its stream", "",
-       [](TypedLog& log) {
-         log.OpenStream(1).Ok(OpenDS(kDev, "S1", kDS2)).Ok(Alloc(kDS2, 0x100, 0xB80));
-         log.Ok(Revoke(kDS2, 0xB80)).Ok(Close("DSClose", kDS2)).CloseAll();
-       }},
-      {"the same memory twice", "BUF-DUP warning",
-       [](TypedLog& log) {
-         log.OpenDevice().Ok(OpenDS(kDev, "Stream0", kDS));
-         log.Because().Ok(Announce(kDS, 0x10000, 0x100, kBuffer));
-         log.Here().Ok(Announce(kDS, 0x100FF, 0x100, 0xB80)).Ok(Revoke(kDS, 0xB80));
-         log.Ok(Revoke(kDS, kBuffer)).Ok(Close("DSClose", kDS)).CloseAll();
-       }},
-      {"memory side by side", "",
-       [](TypedLog& log) {
-         log.OpenDevice().Ok(OpenDS(kDev, "Stream0", kDS));
-         log.Ok(Announce(kDS, 0x10000, 0x100, kBuffer)).Ok(Announce(kDS, 0x10100, 0x100, 0xB80));
-         log.Ok(Revoke(kDS, 0xB80)).Ok(Revoke(kDS, kBuffer)).Ok(Close("DSClose", kDS)).CloseAll();
-       }},
-      {"an incomplete frame", "BUF-INCOMPLETE warning",
-       [](TypedLog& log) {
-         log.StartStream(2).Ok(Wait(kEvent, kBuffer)).Here();
-         log.Ok(BufferInfo(kDS, kBuffer, "IS_INCOMPLETE", "1", "INFO_DATATYPE_BOOL8"));
-         log.Ok(Queue(kDS, kBuffer)).CloseAll();
-       }},
-      {"a complete frame", "",
-       [](TypedLog& log) {
-         log.StartStream(2).Ok(Wait(kEvent, kBuffer));
-         log.Ok(BufferInfo(kDS, kBuffer, "IS_INCOMPLETE", "0", "INFO_DATATYPE_BOOL8"));
-         log.Ok(Queue(kDS, kBuffer)).CloseAll();
        }},
   });
 }

@@ -46,6 +46,32 @@ TEST(LibraryRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.Because().OpenDevice().Here().Fails("RESOURCE_IN_USE", InitLib()).CloseAll();
        }},
+      {"initialized twice, and the producer is loaded twice", "LIB-PAIR warning",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Because().OpenDevice();
+         log.Line("Loading GenTL Producer '/opt/a.cti'");
+         log.Line("GenTL producer file version: '1.2.3.4'");
+         log.Line("GCInitLib() has already been called!", "ERROR");
+         log.Here().Fails("RESOURCE_IN_USE", InitLib()).CloseAll();
+       }},
+      {"a process dies, and the next one has the same thread id", "MOD-LEAK warning",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Ok(InitLib()).Here().Ok(OpenTL(kTL));
+         log.Line("Loading GenTL Producer '/opt/a.cti'");
+         log.Line("GenTL producer file version: '1.2.3.4'").OpenDevice().CloseAll();
+       }},
+      {"a call when the library is closed", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Ok(InitLib()).Because().Ok(CloseLib()).Here().Fails("NOT_IMPLEMENTED", OpenTL(0));
+       }},
+      {"a question that the closed library may be asked", "",
+       [](TypedLog& log) {
+         log.Ok(InitLib()).Ok(CloseLib());
+         log.Fails("NOT_IMPLEMENTED",
+                   "GCGetInfo(iInfoCmd=TL_INFO_VENDOR, "
+                   "0x000000000000F000->(iType=INFO_DATATYPE_STRING), Buffer='V', "
+                   "0x000000000000F008->(iSize=2))");
+       }},
       {"never closed", "LIB-PAIR warning",
        [](TypedLog& log) {
          log.Because().Ok(InitLib()).Ok(OpenTL(kTL)).Here().Ok(Close("TLClose", kTL));

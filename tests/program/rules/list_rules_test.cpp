@@ -49,6 +49,21 @@ TEST(ListRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.OpenDevice().Here().Ok(Update("IFUpdateDeviceList", kIF, 50)).CloseAll();
        }},
+      {"an update takes 950 of its 1000 ms", "LIST-TIMEOUT warning",
+       [](TypedLog& log) {
+         log.OpenDevice().Because().Enters(Update("IFUpdateDeviceList", kIF)).Pass(950);
+         log.Line("Call 1 leaves IFUpdateDeviceList after 950000.000 us", "DEBUG").Here();
+         log.Ok(Update("IFUpdateDeviceList", kIF)).CloseAll();
+       }},
+      {"an update takes 800 of its 1000 ms", "",
+       [](TypedLog& log) {
+         log.OpenDevice().Timed(Update("IFUpdateDeviceList", kIF), "800000.000").CloseAll();
+       }},
+      {"an update times out, and nobody uses the list", "",
+       [](TypedLog& log) {
+         log.OpenDevice().Enters(Update("IFUpdateDeviceList", kIF)).Pass(1000);
+         log.Returns("TIMEOUT", Update("IFUpdateDeviceList", kIF), "1000000.000").CloseAll();
+       }},
       {"an update timed out, and the next one didn't", "",
        [](TypedLog& log) {
          log.OpenDevice().Fails("TIMEOUT", Update("IFUpdateDeviceList", kIF));

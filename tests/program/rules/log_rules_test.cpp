@@ -12,13 +12,18 @@ constexpr std::uint64_t kDS2 = 0xD60;
 
 TEST(LogRules, FindWhatTheyAreFor) {
   ExpectFindings({
-      {"stopping never returns", "END-INFLIGHT error, MOD-LEAK warning",
+      {"stopping never returns", "END-INFLIGHT error",
        [](TypedLog& log) {
          log.StartStream(1).Line("Call 1 enters DSStopAcquisition(0x0000000000000D50)", "DEBUG");
        }},
-      {"only a wait doesn't return", "LIB-PAIR warning",
+      {"only a wait doesn't return", "END-INFLIGHT info",
+       [](TypedLog& log) { log.StartStream(1).Here().Enters(Wait(kEvent, 0)); },
+       "EventGetData of EV1 NEW_BUFFER of DS1 was still waiting when the log ended."},
+      {"every wait returns", "MOD-LEAK warning",
        [](TypedLog& log) {
-         log.Ok(InitLib()).Line("Call 1 enters EventGetData(0x0000000000000E10)", "DEBUG");
+         log.StartStream(1)
+             .Enters(Wait(kEvent, 0))
+             .Returns("TIMEOUT", Wait(kEvent, 0), "500000.000");
        }},
       {"the last line is cut", "LOG-CUT info",
        [](TypedLog& log) { log.Ok(InitLib()).Ok(CloseLib()).Cut(); }},

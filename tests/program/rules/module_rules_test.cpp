@@ -33,6 +33,15 @@ TEST(ModuleRules, FindWhatTheyAreFor) {
       {"everything left open", "MOD-LEAK warning",
        [](TypedLog& log) { log.Ok(InitLib()).Because().Ok(OpenTL(kTL)).Here().Ok(CloseLib()); }},
       {"the log ends in the middle", "MOD-LEAK warning", [](TypedLog& log) { log.OpenStream(1); }},
+      {"the log ends in the middle of a line", "LOG-CUT info",
+       [](TypedLog& log) { log.OpenStream(1).Cut(); }},
+      {"the log ends in the middle of a wait", "END-INFLIGHT info",
+       [](TypedLog& log) { log.StartStream(1).Enters(Wait(kEvent, 0)); }},
+      {"the library is closed in the middle of a wait", "MOD-LEAK warning",
+       [](TypedLog& log) {
+         log.Ok(InitLib()).Ok(OpenTL(kTL)).Ok(Register(kTL, "ERROR", kEvent)).On("8");
+         log.Enters(Wait(kEvent, 0)).On("7").Here().Ok(CloseLib());
+       }},
       {"a stream closed with its buffer", "MOD-ORDER info",
        [](TypedLog& log) {
          log.OpenDevice().Ok(OpenDS(kDev, "Stream0", kDS));

@@ -6,58 +6,8 @@
 namespace vextrel_test {
 namespace {
 
-// Frames every 30 ms that are queued again at once.
-TypedLog& Frames(TypedLog& log, int count) {
-  for (int i = 0; i < count; ++i) {
-    log.Frame(i % 2).Pass(29);
-  }
-  return log;
-}
-
 TEST(QueueRules, FindWhatTheyAreFor) {
   ExpectFindings({
-      {"all buffers held, and a wait times out", "BUF-STARVE error",
-       [](TypedLog& log) {
-         Frames(log.StartStream(2), 6).Because().Ok(Wait(kEvent, kBuffer)).Pass(30);
-         log.Because().Here().Ok(Wait(kEvent, kBuffer + 1)).Pass(500);
-         log.Because().Fails("TIMEOUT", Wait(kEvent, 0)).CloseAll();
-       }},
-      {"all buffers held for ten frames, which are missing then", "BUF-STARVE error",
-       [](TypedLog& log) {
-         Frames(log.StartStream(1), 0);
-         for (int i = 0; i < 4; ++i) {
-           log.Ok(Wait(kEvent, kBuffer))
-               .Ok(BufferInfo(kDS, kBuffer, "FRAMEID", std::to_string(i), "INFO_DATATYPE_UINT64"));
-           log.Ok(Queue(kDS, kBuffer)).Pass(30);
-         }
-         log.Here()
-             .Ok(Wait(kEvent, kBuffer))
-             .Ok(BufferInfo(kDS, kBuffer, "FRAMEID", "4", "INFO_DATATYPE_UINT64"));
-         log.Pass(300).Ok(Queue(kDS, kBuffer)).Pass(30).Ok(Wait(kEvent, kBuffer));
-         log.Because().Ok(BufferInfo(kDS, kBuffer, "FRAMEID", "14", "INFO_DATATYPE_UINT64"));
-         log.Ok(Queue(kDS, kBuffer)).CloseAll();
-       }},
-      {"all buffers held for ten frames, and nobody asks", "BUF-STARVE warning",
-       [](TypedLog& log) {
-         Frames(log.StartStream(2), 6).Ok(Wait(kEvent, kBuffer)).Pass(30);
-         log.Here().Ok(Wait(kEvent, kBuffer + 1)).Pass(300).Ok(Queue(kDS, kBuffer)).Pass(30);
-         log.Ok(Wait(kEvent, kBuffer)).Ok(Queue(kDS, kBuffer)).CloseAll();
-       }},
-      {"all buffers held for less than two frames", "",
-       [](TypedLog& log) {
-         Frames(log.StartStream(2), 6).Ok(Wait(kEvent, kBuffer)).Pass(30);
-         log.Ok(Wait(kEvent, kBuffer + 1)).Pass(40).Ok(Queue(kDS, kBuffer)).CloseAll();
-       }},
-      {"all frames that were wanted", "",
-       [](TypedLog& log) {
-         log.StartStream(2).Ok(Wait(kEvent, kBuffer)).Pass(30).Ok(Wait(kEvent, kBuffer + 1));
-         log.Pass(300).CloseAll();
-       }},
-      {"waits time out with buffers in the queue", "",
-       [](TypedLog& log) {
-         log.StartStream(2).Ok(Wait(kEvent, kBuffer)).Pass(30);
-         log.Fails("TIMEOUT", Wait(kEvent, 0, 30)).Pass(30).Ok(Queue(kDS, kBuffer)).CloseAll();
-       }},
       {"queued twice", "BUF-REQUEUE error",
        [](TypedLog& log) {
          log.OpenStream(1).Because().Ok(Queue(kDS, kBuffer));
@@ -87,7 +37,36 @@ TEST(QueueRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.OpenStream(1).Because().Ok(Queue(kDS, kBuffer));
          log.Here().Fails("-1022", Revoke(kDS, kBuffer)).Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
-       }},
+       },
+       "while it's queued, and there was no DSFlushQueue(ACQ_QUEUE_ALL_DISCARD) for its stream:"},
+      {"queued again behind the flush, and revoked", "BUF-REVOKE error",
+       [](TypedLog& log) {
+         log.StartStream(1).Frame(0).Pass(20).Ok(Stop(kDS)).Because();
+         log.Ok(Flush(kDS, "ALL_DISCARD")).Because().Ok(Queue(kDS, kBuffer)).Here();
+         log.Fails("-1022", Revoke(kDS, kBuffer)).Ok(Flush(kDS, "ALL_DISCARD")).CloseStream();
+         log.CloseDevice();
+       },
+       "while it's queued, since it was queued again behind DSFlushQueue(ACQ_QUEUE_ALL_DISCARD):"},
+      {"revoked when it was moved to the output", "BUF-REVOKE error",
+       [](TypedLog& log) {
+         log.OpenStream(1).Because().Ok(Queue(kDS, kBuffer)).Because();
+         log.Ok(Flush(kDS, "INPUT_TO_OUTPUT")).Here().Fails("-1022", Revoke(kDS, kBuffer));
+         log.Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
+       },
+       "while it's queued, and DSFlushQueue(ACQ_QUEUE_INPUT_TO_OUTPUT) didn't take it out:"},
+      {"revoked when a flush has queued it", "BUF-REVOKE error",
+       [](TypedLog& log) {
+         log.OpenStream(1).Because().Ok(Flush(kDS, "UNQUEUED_TO_INPUT")).Here();
+         log.Fails("-1022", Revoke(kDS, kBuffer)).Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
+       },
+       "while it's queued, and DSFlushQueue(ACQ_QUEUE_UNQUEUED_TO_INPUT) put it there:"},
+      {"revoked when the flush has failed", "BUF-REVOKE error",
+       [](TypedLog& log) {
+         log.OpenStream(1).Because().Ok(Queue(kDS, kBuffer)).Because();
+         log.Fails("BUSY", Flush(kDS, "ALL_DISCARD")).Here().Fails("-1022", Revoke(kDS, kBuffer));
+         log.Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
+       },
+       "while it's queued, since DSFlushQueue(ACQ_QUEUE_ALL_DISCARD) failed with GC_ERR_BUSY:"},
       {"revoked while the stream runs", "BUF-REVOKE error",
        [](TypedLog& log) {
          log.StartStream(2).Ok(Wait(kEvent, kBuffer)).Here();

@@ -9,10 +9,7 @@ namespace {
 // Frames each 30 ms, with their ids.
 TypedLog& Frames(TypedLog& log, int first, int count) {
   for (int i = first; i < first + count; ++i) {
-    const std::uint64_t buffer = kBuffer + static_cast<std::uint64_t>(i % 2);
-    log.Ok(Wait(kEvent, buffer));
-    log.Ok(BufferInfo(kDS, buffer, "FRAMEID", std::to_string(i), "INFO_DATATYPE_UINT64"));
-    log.Ok(Queue(kDS, buffer)).Pass(30);
+    log.FrameSaying(i % 2, "FRAMEID", std::to_string(i), "INFO_DATATYPE_UINT64").Pass(30);
   }
   return log;
 }

@@ -2,6 +2,7 @@
 #include "program/rules/typed_log.h"
 
 #include <fmt/format.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -203,14 +204,23 @@ TypedLog& TypedLog::Cut() {
 }
 
 TypedLog& TypedLog::Timed(std::string_view call, std::string_view microseconds) {
-  const std::string_view function = call.substr(0, call.find('('));
+  return Enters(call).Returns("SUCCESS", call, microseconds);
+}
+
+TypedLog& TypedLog::Enters(std::string_view call) {
   const std::size_t hex = call.find("=0x");
-  const int number = ++calls_;
-  Line(fmt::format("Call {} enters {}({})", number, function,
-                   hex == std::string_view::npos ? "" : call.substr(hex + 1, 18)),
-       "DEBUG");
-  Line(fmt::format("Call {} leaves {} after {} us", number, function, microseconds), "DEBUG");
-  return Ok(call);
+  const int number = entered_[thread_] = ++calls_;
+  return Line(fmt::format("Call {} enters {}({})", number, call.substr(0, call.find('(')),
+                          hex == std::string_view::npos ? "" : call.substr(hex + 1, 18)),
+              "DEBUG");
+}
+
+TypedLog& TypedLog::Returns(std::string_view result, std::string_view call,
+                            std::string_view microseconds) {
+  return Line(fmt::format("Call {} leaves {} after {} us", entered_[thread_],
+                          call.substr(0, call.find('(')), microseconds),
+              "DEBUG")
+      .Fails(result, call);
 }
 
 TypedLog& TypedLog::OpenDevice() {
@@ -253,6 +263,21 @@ TypedLog& TypedLog::Frame(int buffer, int hold) {
   return Ok(Wait(kEvent, handle)).Pass(hold).Ok(Queue(kDS, handle));
 }
 
+TypedLog& TypedLog::Frames(int count, int interval) {
+  for (int i = 0; i < count; ++i) {
+    Frame(i % buffers_).Pass(interval - 1);
+  }
+  return *this;
+}
+
+TypedLog& TypedLog::FrameSaying(int buffer, std::string_view command, std::string_view value,
+                                std::string_view type) {
+  const std::uint64_t handle = kBuffer + static_cast<std::uint64_t>(buffer);
+  return Ok(Wait(kEvent, handle))
+      .Ok(BufferInfo(kDS, handle, command, value, type))
+      .Ok(Queue(kDS, handle));
+}
+
 TypedLog& TypedLog::StopStream() {
   isRunning_ = false;
   return Pass(20).Ok(Stop(kDS)).Ok(Flush(kDS, "ALL_DISCARD"));
@@ -287,21 +312,30 @@ TypedLog& TypedLog::CloseAll() {
   return *this;
 }
 
+std::string CheckedAsJson(const TypedLog& log) {
+  const ScratchFile file(log.Text());
+  const ProgramResult result = RunVextrel({"check", "--json", file.Path()});
+  EXPECT_LE(result.status, 1) << result.errors;
+  return result.output;
+}
+
 void ExpectFindings(const std::vector<RuleCase>& cases) {
   for (const RuleCase& each : cases) {
     SCOPED_TRACE(each.name);
     TypedLog log;
     each.type(log);
-    const ScratchFile file(log.Text());
-    const ProgramResult result = RunVextrel({"check", "--json", file.Path()});
-    ASSERT_LE(result.status, 1) << result.errors;
-    const nlohmann::json report = nlohmann::json::parse(result.output);
+    const std::string output = CheckedAsJson(log);
+    const nlohmann::json report = nlohmann::json::parse(output);
     std::string found;
     for (const nlohmann::json& finding : report["findings"]) {
       found += (found.empty() ? "" : ", ") + finding["rule"].get<std::string>() + " " +
                finding["severity"].get<std::string>();
     }
-    EXPECT_EQ(found, each.expected) << result.output;
+    EXPECT_EQ(found, each.expected) << output;
+    if (*each.says != '\0' && !report["findings"].empty()) {
+      EXPECT_THAT(report["findings"][0]["message"].get<std::string>(),
+                  testing::HasSubstr(each.says));
+    }
     if (log.HereLine() != 0 && !report["findings"].empty()) {
       const nlohmann::json& finding = report["findings"][0];
       EXPECT_EQ(finding["line"], log.HereLine()) << finding.dump(2);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,6 +79,9 @@ class TypedLog {
   TypedLog& Cut();
   // As Ok, with timing lines around the target's part of it.
   TypedLog& Timed(std::string_view call, std::string_view microseconds);
+  // The two halves of that: a call enters the producer, and returns on the same thread later.
+  TypedLog& Enters(std::string_view call);
+  TypedLog& Returns(std::string_view result, std::string_view call, std::string_view microseconds);
 
   // The library, a transport layer, an interface and a device with its port, each list updated.
   TypedLog& OpenDevice();
@@ -88,6 +92,11 @@ class TypedLog {
   TypedLog& StartStream(int buffers);
   // A frame in that buffer, counted from 0, that is queued again after so many milliseconds.
   TypedLog& Frame(int buffer, int hold = 1);
+  // So many frames in turn in all buffers, each so many ms behind the one before.
+  TypedLog& Frames(int count, int interval = 30);
+  // A frame whose application asks something before it queues the buffer again.
+  TypedLog& FrameSaying(int buffer, std::string_view command, std::string_view value,
+                        std::string_view type);
   TypedLog& StopStream();
   // Closes what OpenDevice and OpenStream opened, in the right order.
   TypedLog& CloseStream();
@@ -110,6 +119,8 @@ class TypedLog {
   bool isDeviceOpen_ = false;
   bool isStreamOpen_ = false;
   bool isRunning_ = false;
+  std::map<std::string, int, std::less<>>
+      entered_;  // the number of the call that each thread is in
   std::vector<int> because_;
 };
 
@@ -118,7 +129,11 @@ struct RuleCase {
   const char* name;
   const char* expected;  // "BUF-STARVE error", several with commas, or "" for nothing
   std::function<void(TypedLog&)> type;
+  const char* says = "";  // a part of the first finding's message
 };
+
+// What `vextrel check --json` writes of it.
+[[nodiscard]] std::string CheckedAsJson(const TypedLog& log);
 
 // Checks each log in turn. Beside its rule and severity, a finding must stand at the line that was
 // marked, and the marked explanations must be among its own.

@@ -6,13 +6,6 @@
 namespace vextrel_test {
 namespace {
 
-TypedLog& Frames(TypedLog& log, int count, int interval) {
-  for (int i = 0; i < count; ++i) {
-    log.Frame(i % 2).Pass(interval - 1);
-  }
-  return log;
-}
-
 TEST(WaitRules, FindWhatTheyAreFor) {
   ExpectFindings({
       {"polled each 2 ms", "EVT-POLL warning",
@@ -47,7 +40,7 @@ TEST(WaitRules, FindWhatTheyAreFor) {
        }},
       {"no frame any more", "EVT-STORM warning",
        [](TypedLog& log) {
-         Frames(log.StartStream(2), 10, 30).Pass(300).Here();
+         log.StartStream(2).Frames(10, 30).Pass(300).Here();
          for (int i = 0; i < 4; ++i) {
            log.Fails("TIMEOUT", Wait(kEvent, 0, 300)).Pass(300);
          }
