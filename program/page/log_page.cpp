@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "page/log_page.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "page/page_json.h"
+#include "page/parts.h"
+
+namespace vextrel::program {
+namespace {
+
+// Puts the parts where their marks are. What is put in isn't searched.
+std::string Fill(std::string_view frame,
+                 const std::vector<std::pair<std::string_view, std::string_view>>& parts) {
+  std::string page;
+  for (const auto& [mark, part] : parts) {
+    const std::size_t at = frame.find(mark);
+    page += frame.substr(0, at);
+    page += part;
+    frame.remove_prefix(at + mark.size());
+  }
+  page += frame;
+  return page;
+}
+
+}  // namespace
+
+std::string WithoutMarkup(std::string_view json) {
+  std::string out;
+  out.reserve(json.size());
+  for (const char each : json) {
+    switch (each) {
+      case '<':
+        out += "\\u003c";
+        break;
+      case '>':
+        out += "\\u003e";
+        break;
+      case '&':
+        out += "\\u0026";
+        break;
+      default:
+        out += each;
+    }
+  }
+  return out;
+}
+
+LogPage::LogPage(const ReportedLog& log, const SessionModel& told, const Findings& findings)
+    : log_(log),
+      told_(told),
+      findings_(findings),
+      lanes_(told.Counts().Calls()),
+      courses_(told),
+      excerpts_(findings) {}
+
+void LogPage::Take(const SessionModel& model, const Record& record, const Message& message,
+                   const Context& context) {
+  excerpts_.Take(model, record, message, context);
+  if (record.kind != RecordKind::Whole) {
+    return;
+  }
+  if (context.hasTime) {
+    // Neighboring lines step back now and then.
+    now_ = std::max(now_, context.time - *model.FirstTime());
+  }
+  lives_.Take(model, message, context, now_);
+  if (message.IsCall() && context.hasTime) {
+    lanes_.Take(model, record, message, context, now_, excerpts_.IsNear());
+    courses_.Take(model, now_, record.place);
+  }
+}
+
+std::string LogPage::Finish(const SessionModel& model) {
+  if (model.FirstTime().has_value()) {
+    lanes_.Finish(model, now_);
+  }
+  PageJson data = HeadAsJson(log_, told_);
+  data["endMs"] = static_cast<double>(now_) / 1e3;
+  data["findings"] = FindingsOfPage(told_, findings_);
+  data["rows"] = RowsAsJson(excerpts_.Rows());
+  data["handles"] = HandlesAsJson(told_, lives_.All());
+  data["streams"] = CoursesAsJson(told_, courses_.All());
+  data["keepsAll"] = lanes_.KeepsAll();
+  data["calls"] = CallsAsJson(lanes_.Kept());
+  data["lanes"] = LanesAsJson(lanes_.Lanes());
+  // Nothing but ASCII, so the line separators that older scripts trip over are escaped, too.
+  const std::string text = data.dump(-1, ' ', true, PageJson::error_handler_t::replace);
+  return Fill(kPageFrame, {{"/*plot style*/", kPlotStyle},
+                           {"/*style*/", kPageStyle},
+                           {"/*data*/", WithoutMarkup(text)},
+                           {"/*plot script*/", kPlotScript},
+                           {"/*timeline script*/", kTimelineScript},
+                           {"/*script*/", kPageScript}});
+}
+
+}  // namespace vextrel::program
