@@ -39,6 +39,22 @@ function momentText(ms, step) {
   return `${(ms / 1000).toFixed(decimals)} s`;
 }
 
+// Moments between `from` and `to` that are whole on the clock, at least `room` pixels apart: [ms, text] for each.
+function ticksOf(from, to, width, room) {
+  const second = 1000;
+  const about = (to - from) * room / Math.max(width, room);
+  const power = 10 ** Math.floor(Math.log10(Math.min(about, second / 2)));
+  const steps = [...[1, 2, 5, 10].map((each) => each * power), ...[1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200,
+    10800, 21600, 43200, 86400, 172800, 604800].map((each) => each * second)];
+  const step = steps.find((each) => each >= about) || Math.ceil(about / steps[steps.length - 1]) * steps[steps.length - 1];
+  const origin = data.timeKind === 'since start' ? 0 : data.firstMs;
+  const ticks = [];
+  for (let i = Math.ceil((origin + from) / step); i * step - origin <= to; ++i) {
+    ticks.push([i * step - origin, momentText(i * step - origin, step)]);
+  }
+  return ticks;
+}
+
 // ---- Summary
 
 function showSummary() {
@@ -53,7 +69,8 @@ function showSummary() {
     parts.push(`${log.first} to ${log.last}`, `resolution ${log.resolutionMs} ms${log.timing ? ', of durations 1 \u00b5s' : ''}`);
   }
   byId('subtitle').textContent = parts.join(' \u00b7 ');
-  const tile = (value, label, look) => byId('summary').append(make('div', {className: `tile ${look || ''}`}, make('b', {}, value), label));
+  const tile = (value, label, look) => byId('summary').append(make('div', {className: `tile ${look || ''}`},
+    make('b', {className: value.length > 12 ? 'long' : ''}, value), label));
   const [infos, warnings, errors] = data.findings.counts;
   tile(String(errors), errors === 1 ? 'error found' : 'errors found', errors ? 'error' : 'good');
   tile(String(warnings), warnings === 1 ? 'warning' : 'warnings', warnings ? 'warning' : 'good');
@@ -279,7 +296,7 @@ class TimeView {
     this.timeline = new Timeline(byId('timeline'), byId('tip'), {
       calls: this.calls, cells: cellsOfData(), lanes, marks,
       colors: () => this.colors,
-      axisText: momentText,
+      ticksOf: (from, to, width) => ticksOf(from, to, width, 110),
       nameOf: (i) => data.functionNames[this.calls.functions[i]][0],
       tipOf: (i) => this.tipOf(i),
       cellTip: (cell) => `${counted(cell.calls, 'call')} in ${durationText(data.lanes.widthMs)}, most for ${data.groups[cell.group]}` +
@@ -362,11 +379,12 @@ class TimeView {
 
   options(readout, text) {
     return {
-      dateWindow: [this.from || this.all[0], this.to || this.all[1]],
+      dateWindow: this.from === undefined ? this.all : [this.from, this.to],
+      interactionModel: Dygraph.defaultInteractionModel,
       legend: 'never', includeZero: true, connectSeparatedPoints: false, animatedZooms: false, labelsKMB: true,
       gridLineColor: this.colors.line, axisLineColor: this.colors.line,
       axes: {
-        x: {axisLabelFormatter: (ms, _, __, graph) => momentText(ms, Math.max((graph.xAxisRange()[1] - graph.xAxisRange()[0]) / 20, 0.01)), axisLabelWidth: 90, pixelsPerLabel: 110},
+        x: {ticker: (from, to, width) => ticksOf(from, to, width, 110).map(([v, label]) => ({v, label})), axisLabelWidth: 100},
         y: {axisLabelWidth: 48},
       },
       highlightCallback: (event, x, points, row) => { byId(readout).textContent = text(row); },
@@ -389,15 +407,17 @@ class TimeView {
   showIntervals({intervals}) {
     const {rows, widthMs} = intervals;
     const merged = rows.some((each) => each[3] > 1);
-    const table = rows.map((each) => (merged ? [each[0], each[2], each[1]] : [each[0], each[2]]));
-    if (!table.length) {
+    // The range selector reaches as far as the data, so empty points stand at both ends of the log.
+    const ends = this.all.map((each) => [each, null, null].slice(0, merged ? 3 : 2));
+    const table = [ends[0], ...rows.map((each) => (merged ? [each[0], each[2], each[1]] : [each[0], each[2]])), ends[1]];
+    if (!rows.length) {
       this.rest('intervals-readout', 'There are fewer than two frames.');
       return;
     }
     this.rest('intervals-readout', merged ? `A point stands for the frames of up to ${durationText(widthMs)}: the longest interval in front of their mean, which is pale.`
       : 'A point stands for a frame: the time since the frame before it. Click one to see its calls.');
     this.graphs.push(new Dygraph(byId('intervals'), table, Object.assign(this.options('intervals-readout', (row) => {
-      const [ms, mean, longest, count, line] = rows[row];
+      const [ms, mean, longest, count, line] = rows[row - 1];
       return `${momentText(ms, 1)}: ${count === 1 ? durationText(longest) : `${counted(count, 'frame')}, mean ${durationText(mean)}, longest ${durationText(longest)}`}, line ${line}`;
     }), {
       labels: merged ? ['time', 'longest', 'mean'] : ['time', 'interval'], colors: [this.colors.plot, this.colors.plotSoft],

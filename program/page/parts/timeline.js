@@ -7,7 +7,7 @@ class Timeline {
   static top = 16;     // room for the marks of findings
   static bottom = 22;  // and for the axis
 
-  // `what` has: calls, cells (or null), lanes (names), marks (findings), colors(), axisText(ms, span),
+  // `what` has: calls, cells (or null), lanes (names), marks (findings), colors(), ticksOf(from, to, width), nameOf(call),
   // setView(from, to), resetView(), tipOf(call), cellTip(cell), openMark(mark).
   constructor(canvas, tip, what) {
     this.canvas = canvas;
@@ -73,13 +73,9 @@ class Timeline {
       context.textAlign = 'right';
       context.fillText(name, x - 6, this.laneTop(lane) + Timeline.laneHeight / 2, x - 8);
     });
-    const span = this.to - this.from;
-    const about = span / Math.max(2, Math.floor(width / 110));
-    const power = 10 ** Math.floor(Math.log10(about));
-    const step = power * ([1, 2, 5, 10].find((each) => each * power >= about) || 10);
     context.textAlign = 'center';
-    for (let i = Math.ceil(this.from / step); i * step <= this.to; ++i) {
-      const at = Math.round(this.x(i * step)) + 0.5;
+    for (const [ms, text] of this.what.ticksOf(this.from, this.to, width)) {
+      const at = Math.round(this.x(ms)) + 0.5;
       context.strokeStyle = colors.line;
       context.beginPath();
       context.moveTo(at, Timeline.top);
@@ -87,7 +83,7 @@ class Timeline {
       context.stroke();
       context.fillStyle = colors.soft;
       if (at > x + 34 && at < x + width - 34) {
-        context.fillText(this.what.axisText(i * step, step), at, bottom + 13);
+        context.fillText(text, at, bottom + 13);
       }
     }
   }
