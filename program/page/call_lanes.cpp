@@ -88,6 +88,10 @@ void CallLanes::Take(const SessionModel& model, const Record& record, const Mess
   lastLine_[call.lane] = time;
   if (!keepsAll_) {
     Count(call, time);
+    if (recent_.size() == 2 * kMostOfAStretch) {
+      recent_.erase(recent_.begin(), recent_.begin() + kMostOfAStretch);
+    }
+    recent_.push_back(call);
   }
   Keep(call, isNear);
 }
@@ -136,8 +140,30 @@ void CallLanes::Keep(const LaneCall& call, bool isNear) {
   }
 }
 
+void CallLanes::EndInterval(std::int64_t interval) {
+  const auto isLonger = [](const Stretch& left, const Stretch& right) {
+    return left.interval > right.interval;
+  };
+  const bool isFull = stretches_.size() == kMostStretches;
+  if (keepsAll_ || (isFull && interval <= stretches_.front().interval)) {
+    recent_.clear();
+    return;
+  }
+  if (isFull) {
+    std::pop_heap(stretches_.begin(), stretches_.end(), isLonger);
+    stretches_.pop_back();
+  }
+  const auto count = static_cast<std::ptrdiff_t>(std::min(recent_.size(), kMostOfAStretch));
+  stretches_.push_back({interval, {recent_.end() - count, recent_.end()}});
+  std::push_heap(stretches_.begin(), stretches_.end(), isLonger);
+  recent_.clear();
+}
+
 void CallLanes::Finish(const SessionModel& model, std::int64_t time) {
   kept_.insert(kept_.end(), slow_.begin(), slow_.end());
+  for (const Stretch& stretch : stretches_) {
+    kept_.insert(kept_.end(), stretch.calls.begin(), stretch.calls.end());
+  }
   for (const EnteredCall& each : model.Timings().NeverReturned()) {
     LaneCall call;
     call.lane = LaneOf(each.thread);

@@ -53,7 +53,9 @@ class CallLanes {
   static constexpr std::size_t kMostCalls = 32'000;
   static constexpr std::size_t kMostFailed = 6'000;
   static constexpr std::size_t kMostSlow = 4'000;
-  static constexpr std::size_t kMostNear = 12'000;
+  static constexpr std::size_t kMostNear = 10'000;
+  static constexpr std::size_t kMostStretches = 60;  // of calls before late frames
+  static constexpr std::size_t kMostOfAStretch = 200;
   static constexpr std::size_t kMostCells = 20'000;  // of all lanes
 
   // `calls` is how many there are in the log.
@@ -63,6 +65,9 @@ class CallLanes {
   // line and doesn't go back; `isNear` tells whether a finding is near.
   void Take(const SessionModel& model, const Record& record, const Message& message,
             const Context& context, std::int64_t time, bool isNear);
+  // The latest call brought a frame, this long behind the one before: what was called in between
+  // may tell why. In microseconds.
+  void EndInterval(std::int64_t interval);
   // Adds the calls that never returned, and sorts: call it when the log ends, at `time`.
   void Finish(const SessionModel& model, std::int64_t time);
 
@@ -77,9 +82,17 @@ class CallLanes {
   void Count(const LaneCall& call, std::int64_t time);
   void Keep(const LaneCall& call, bool isNear);
 
+  // The calls of an interval, the latest ones if they are many.
+  struct Stretch {
+    std::int64_t interval = 0;
+    std::vector<LaneCall> calls;
+  };
+
   bool keepsAll_;
   std::vector<LaneCall> kept_;
-  std::vector<LaneCall> slow_;  // a heap, the fastest one first
+  std::vector<LaneCall> slow_;      // a heap, the fastest one first
+  std::vector<LaneCall> recent_;    // since the latest frame
+  std::vector<Stretch> stretches_;  // a heap, the shortest one first
   std::size_t failed_ = 0;
   std::size_t near_ = 0;
   std::vector<TimeBuckets<LaneCell>> lanes_;

@@ -68,7 +68,9 @@ void LogPage::Take(const SessionModel& model, const Record& record, const Messag
   lives_.Take(model, message, context, now_);
   if (message.IsCall() && context.hasTime) {
     lanes_.Take(model, record, message, context, now_, excerpts_.IsNear());
-    courses_.Take(model, now_, record.place);
+    if (const auto interval = courses_.Take(model, now_, record.place); interval.has_value()) {
+      lanes_.EndInterval(*interval);
+    }
   }
 }
 

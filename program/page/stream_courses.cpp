@@ -40,7 +40,9 @@ StreamCourses::StreamCourses(const SessionModel& told) {
   courses_.resize(std::min(courses_.size(), kMostStreams));
 }
 
-void StreamCourses::Take(const SessionModel& model, std::int64_t time, const LogPlace& place) {
+std::optional<std::int64_t> StreamCourses::Take(const SessionModel& model, std::int64_t time,
+                                                const LogPlace& place) {
+  std::optional<std::int64_t> interval;
   for (StreamCourse& each : courses_) {
     if (each.stream >= model.Streams().size()) {
       continue;
@@ -51,6 +53,7 @@ void StreamCourses::Take(const SessionModel& model, std::int64_t time, const Log
       if (stream.LastInterval().has_value()) {
         each.intervals.At(time).Add(*stream.LastInterval(), place);
         each.intervals.Fit(kMostCells);
+        interval = stream.LastInterval();
       }
     }
     if (stream.CurrentDepth() != each.depth) {
@@ -59,6 +62,7 @@ void StreamCourses::Take(const SessionModel& model, std::int64_t time, const Log
       each.depths.Fit(kMostCells);
     }
   }
+  return interval;
 }
 
 }  // namespace vextrel::program

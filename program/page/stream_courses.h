@@ -53,8 +53,9 @@ class StreamCourses {
   explicit StreamCourses(const SessionModel& told);
 
   // To be called behind each call. `time` is in microseconds since the log's first line, and
-  // doesn't go back.
-  void Take(const SessionModel& model, std::int64_t time, const LogPlace& place);
+  // doesn't go back. Returns the interval that ended with this call, if it brought a frame.
+  std::optional<std::int64_t> Take(const SessionModel& model, std::int64_t time,
+                                   const LogPlace& place);
 
   // The stream with most frames comes first.
   [[nodiscard]] const std::vector<StreamCourse>& All() const noexcept { return courses_; }

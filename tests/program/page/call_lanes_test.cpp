@@ -104,6 +104,36 @@ TEST(CallLanes, CountAllAndKeepWhatMattersOfManyCalls) {
   EXPECT_EQ(std::count(lines.begin(), lines.end(), 5'001), 1) << "the call that failed";
 }
 
+TEST(CallLanes, KeepTheCallsBeforeTheLongestInterval) {
+  // 33,000 calls. Frames come each 20 ms, with ten calls in between; one comes 500 ms late.
+  const std::size_t end = SmallSession().find("2026-11-21 12:00:00.110");
+  std::string log = SmallSession().substr(0, end);
+  int now = 110;
+  std::int64_t late = 0;
+  std::int64_t line = 15;
+  for (int frame = 0; frame < 3'000; ++frame) {
+    for (int i = 0; i < 10; ++i) {
+      log += LogLine(now,
+                     "GC_ERR_SUCCESS=TLGetNumInterfaces(hTL=0x0000000000000A10, "
+                     "0x000000000000F028->(iNumInterfaces=0x1))");
+    }
+    now += frame == 1'500 ? 520 : 20;
+    log += LogLine(now,
+                   "GC_ERR_SUCCESS=EventGetData(hEvent=0x0000000000000E10, "
+                   "0x000000000000F000->(Buffer=0x01,0x0b,0x00,0x00,0x00,0x00,0x00,0x00,0x00,"
+                   "0x00,0x00,0x00,0x00,0x00,0x00,0x00), 0x000000000000F008->(iSize=16), "
+                   "iTimeout=500)");
+    line += 11;
+    late = frame == 1'500 ? line : late;
+  }
+  const json data = DataOf(PageOf(log));
+  ASSERT_EQ(data["keepsAll"], false);
+  const Numbers lines = Sums(data["calls"]["line"]);
+  for (std::int64_t each = late - 10; each <= late; ++each) {
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), each), 1) << each;
+  }
+}
+
 TEST(CallLanes, AreNoMoreThanFit) {
   std::string log;
   for (int i = 0; i < 60; ++i) {
