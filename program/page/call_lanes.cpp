@@ -127,9 +127,19 @@ void CallLanes::Keep(const LaneCall& call, bool isNear) {
   } else if (isNear && near_ < kMostNear) {
     ++near_;
     kept_.push_back(call);
-  } else if (call.failed && failed_ < kMostFailed) {
-    ++failed_;
-    kept_.push_back(call);
+  } else if (call.failed) {
+    if (failed_.size() == kMostFailed) {
+      // Half of them will do: they stay spread over all of the log.
+      std::size_t kept = 0;
+      for (std::size_t i = 0; i < failed_.size(); i += 2) {
+        failed_[kept++] = failed_[i];
+      }
+      failed_.resize(kept);
+      failedStep_ *= 2;
+    }
+    if (failedCount_++ % failedStep_ == 0) {
+      failed_.push_back(call);
+    }
   } else if (slow_.size() < kMostSlow || IsSlower(call, slow_.front())) {
     if (slow_.size() == kMostSlow) {
       std::pop_heap(slow_.begin(), slow_.end(), IsSlower);
@@ -161,6 +171,7 @@ void CallLanes::EndInterval(std::int64_t interval) {
 
 void CallLanes::Finish(const SessionModel& model, std::int64_t time) {
   kept_.insert(kept_.end(), slow_.begin(), slow_.end());
+  kept_.insert(kept_.end(), failed_.begin(), failed_.end());
   for (const Stretch& stretch : stretches_) {
     kept_.insert(kept_.end(), stretch.calls.begin(), stretch.calls.end());
   }

@@ -93,7 +93,9 @@ class CallLanes {
   std::vector<LaneCall> slow_;      // a heap, the fastest one first
   std::vector<LaneCall> recent_;    // since the latest frame
   std::vector<Stretch> stretches_;  // a heap, the shortest one first
-  std::size_t failed_ = 0;
+  std::vector<LaneCall> failed_;    // each `failedStep_`-th one
+  std::uint64_t failedStep_ = 1;
+  std::uint64_t failedCount_ = 0;
   std::size_t near_ = 0;
   std::vector<TimeBuckets<LaneCell>> lanes_;
   std::vector<std::int64_t> lastLine_;  // by lane

@@ -3,8 +3,8 @@
 
 namespace vextrel::program {
 
-void IntervalCell::Add(std::int64_t interval, const LogPlace& place) {
-  Merge({1, interval, interval, place});
+void IntervalCell::Add(std::int64_t time, std::int64_t interval, const LogPlace& place) {
+  Merge({1, interval, interval, time, place});
 }
 
 void IntervalCell::Merge(const IntervalCell& later) {
@@ -12,6 +12,7 @@ void IntervalCell::Merge(const IntervalCell& later) {
   sum += later.sum;
   if (later.longest > longest) {
     longest = later.longest;
+    longestTime = later.longestTime;
     longestAt = later.longestAt;
   }
 }
@@ -51,7 +52,7 @@ std::optional<std::int64_t> StreamCourses::Take(const SessionModel& model, std::
     if (stream.Frames() != each.frames) {
       each.frames = stream.Frames();
       if (stream.LastInterval().has_value()) {
-        each.intervals.At(time).Add(*stream.LastInterval(), place);
+        each.intervals.At(time).Add(time, *stream.LastInterval(), place);
         each.intervals.Fit(kMostCells);
         interval = stream.LastInterval();
       }

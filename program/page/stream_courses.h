@@ -19,9 +19,10 @@ struct IntervalCell {
   std::uint64_t count = 0;
   std::int64_t sum = 0;
   std::int64_t longest = -1;
+  std::int64_t longestTime = 0;  // of the frame that ended it
   LogPlace longestAt;
 
-  void Add(std::int64_t interval, const LogPlace& place);
+  void Add(std::int64_t time, std::int64_t interval, const LogPlace& place);
   void Merge(const IntervalCell& later);
 };
 

@@ -311,7 +311,7 @@ class TimeView {
     const kept = this.calls.begin.length;
     let note = data.keepsAll ? `All ${kept.toLocaleString('en')} calls, one by one. `
       : `A bar stands for the calls of ${durationText(data.lanes.widthMs)}. In front of them, ${kept.toLocaleString('en')} of the ` +
-        `${log.calls.toLocaleString('en')} calls are there one by one: those near findings and before the most late frames, the failed and the slowest. `;
+        `${log.calls.toLocaleString('en')} calls are there one by one: those near findings and before the most late frames, the slowest, and up to 6,000 that failed. `;
     note += log.timing ? 'A call is as long as it was in the producer; it begins as exactly as the log\'s times say. '
       : 'Without timing lines a call is a tick at the time of its line, when it had returned; a pale wait took no longer than it is drawn. ';
     byId('timeline-readout').textContent = note + 'The triangles are findings.';
@@ -414,7 +414,7 @@ class TimeView {
       this.rest('intervals-readout', 'There are fewer than two frames.');
       return;
     }
-    this.rest('intervals-readout', merged ? `A point stands for the frames of up to ${durationText(widthMs)}: the longest interval in front of their mean, which is pale.`
+    this.rest('intervals-readout', merged ? `A point stands for the frames of up to ${durationText(widthMs)}: the longest interval, where it ended, in front of their mean, which is pale.`
       : 'A point stands for a frame: the time since the frame before it. Click one to see its calls.');
     this.graphs.push(new Dygraph(byId('intervals'), table, Object.assign(this.options('intervals-readout', (row) => {
       const [ms, mean, longest, count, line] = rows[row - 1];

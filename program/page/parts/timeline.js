@@ -114,6 +114,9 @@ class Timeline {
   drawCalls(context, colors) {
     const {calls} = this.what;
     const right = this.area.x + this.area.width;
+    // As long as the bars are narrow, they tell more than ticks on them.
+    const {cells} = this.what;
+    const least = cells && this.x(cells.width) - this.x(0) < 8 ? 2 : 0;
     const ends = [];  // of what was drawn last, by lane and color, in pixels
     let drawn = 0;
     for (let i = 0; i < calls.begin.length; ++i) {
@@ -125,6 +128,9 @@ class Timeline {
         continue;
       }
       const from = this.x(calls.begin[i]);
+      if (to - from < least && !calls.neverReturned[i]) {
+        continue;
+      }
       const bad = calls.failed[i];
       const group = calls.group[i];
       const key = calls.lane[i] * 16 + (bad ? 15 : group);

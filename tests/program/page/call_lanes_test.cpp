@@ -104,6 +104,21 @@ TEST(CallLanes, CountAllAndKeepWhatMattersOfManyCalls) {
   EXPECT_EQ(std::count(lines.begin(), lines.end(), 5'001), 1) << "the call that failed";
 }
 
+TEST(CallLanes, KeepFailuresOfAllOfTheLog) {
+  std::string log;
+  for (std::size_t i = 0; i <= CallLanes::kMostCalls; ++i) {
+    log += LogLine(static_cast<int>(i), "GC_ERR_IO=TLClose(hTL=0x0000000000000A10)");
+  }
+  const Numbers lines = Sums(DataOf(PageOf(log))["calls"]["line"]);
+  EXPECT_LT(lines.size(), CallLanes::kMostCalls / 2);
+  // 32,001 of them: one in eight is kept, from the first to the last.
+  EXPECT_GE(lines.size(), 4'000U);
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    EXPECT_LE(lines[i] - lines[i - 1], 8);
+  }
+  EXPECT_GT(lines.back(), 31'990);
+}
+
 TEST(CallLanes, KeepTheCallsBeforeTheLongestInterval) {
   // 33,000 calls. Frames come each 20 ms, with ten calls in between; one comes 500 ms late.
   const std::size_t end = SmallSession().find("2026-11-21 12:00:00.110");

@@ -47,14 +47,15 @@ TEST(StreamCourses, CountIntervalsInEqualBins) {
 
 TEST(StreamCourses, MergeIntervalsToTheLongestOne) {
   IntervalCell cell;
-  cell.Add(5, {0, 1});
-  cell.Add(9, {0, 2});
+  cell.Add(10, 5, {0, 1});
+  cell.Add(19, 9, {0, 2});
   IntervalCell later;
-  later.Add(7, {0, 3});
+  later.Add(26, 7, {0, 3});
   cell.Merge(later);
   EXPECT_EQ(cell.count, 3U);
   EXPECT_EQ(cell.sum, 21);
   EXPECT_EQ(cell.longest, 9);
+  EXPECT_EQ(cell.longestTime, 19);
   EXPECT_EQ(cell.longestAt.line, 2U);
 }
 
