@@ -26,27 +26,6 @@ std::string Fill(std::string_view frame,
 
 }  // namespace
 
-std::string WithoutMarkup(std::string_view json) {
-  std::string out;
-  out.reserve(json.size());
-  for (const char each : json) {
-    switch (each) {
-      case '<':
-        out += "\\u003c";
-        break;
-      case '>':
-        out += "\\u003e";
-        break;
-      case '&':
-        out += "\\u0026";
-        break;
-      default:
-        out += each;
-    }
-  }
-  return out;
-}
-
 LogPage::LogPage(const ReportedLog& log, const SessionModel& told, const Findings& findings)
     : log_(log),
       told_(told),
@@ -87,11 +66,12 @@ std::string LogPage::Finish(const SessionModel& model) {
   data["keepsAll"] = lanes_.KeepsAll();
   data["calls"] = CallsAsJson(lanes_.Kept());
   data["lanes"] = LanesAsJson(lanes_.Lanes());
-  // Nothing but ASCII, so the line separators that older scripts trip over are escaped, too.
-  const std::string text = data.dump(-1, ' ', true, PageJson::error_handler_t::replace);
+  const std::size_t parts = kPageFrame.size() + kPlotStyle.size() + kPageStyle.size() +
+                            kPlotScript.size() + kTimelineScript.size() + kPageScript.size();
+  const std::string text = FitData(std::move(data), kMostOfAPage - parts);
   return Fill(kPageFrame, {{"/*plot style*/", kPlotStyle},
                            {"/*style*/", kPageStyle},
-                           {"/*data*/", WithoutMarkup(text)},
+                           {"/*data*/", text},
                            {"/*plot script*/", kPlotScript},
                            {"/*timeline script*/", kTimelineScript},
                            {"/*script*/", kPageScript}});

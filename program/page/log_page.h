@@ -45,9 +45,6 @@ class LogPage {
   Excerpts excerpts_;
 };
 
-// JSON that can stand in a page's script element: what would be markup there is escaped.
-[[nodiscard]] std::string WithoutMarkup(std::string_view json);
-
 }  // namespace vextrel::program
 
 #endif  // VEXTREL_PROGRAM_PAGE_LOG_PAGE_H

@@ -19,7 +19,7 @@ constexpr std::size_t kMostFindingText = 700'000;  // of all findings, as JSON
 constexpr std::size_t kMostRowText = 900'000;      // of all rows, as JSON
 constexpr std::size_t kShortText = 40;             // of a row behind that
 constexpr std::size_t kMostFailures = 300;
-constexpr std::size_t kMostThreads = 1'000;
+constexpr std::size_t kMostThreads = 300;
 constexpr std::size_t kMostNeverReturned = 100;
 constexpr std::size_t kMostSessions = 200;
 

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/session_model.h"
@@ -39,6 +40,12 @@ using PageJson = nlohmann::ordered_json;
 [[nodiscard]] PageJson CallsAsJson(const std::vector<LaneCall>& calls);
 // {"widthMs": ..., "lanes": [{"slot": [...], "calls": [...], ...}]}
 [[nodiscard]] PageJson LanesAsJson(const std::vector<TimeBuckets<LaneCell>>& lanes);
+
+// The data as text without markup, in no more than `room` bytes if it's possible: what is needed
+// least is left out first, and named in "leftOut".
+[[nodiscard]] std::string FitData(PageJson data, std::size_t room);
+// JSON that can stand in a page's script element: what would be markup there is escaped.
+[[nodiscard]] std::string WithoutMarkup(std::string_view json);
 
 }  // namespace vextrel::program
 

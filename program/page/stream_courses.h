@@ -48,7 +48,7 @@ struct StreamCourse {
 class StreamCourses {
  public:
   static constexpr std::size_t kMostStreams = 8;
-  static constexpr std::size_t kMostCells = 3000;  // of each kind, of a stream
+  static constexpr std::size_t kMostCells = 2000;  // of each kind, of a stream
 
   // Follows those streams of `told` that have most frames.
   explicit StreamCourses(const SessionModel& told);

@@ -193,7 +193,7 @@ function showFindings() {
   const section = byId('findings');
   const {all, more, notJudged, rules} = data.findings;
   if (!all.length) {
-    section.append(make('p', {}, 'No rule found anything.'));
+    section.append(make('p', {}, data.leftOut.length ? 'There was no room for them in this page.' : 'No rule found anything.'));
   }
   finds = all.map((finding) => {
     const box = make('div');
@@ -593,7 +593,7 @@ function showErrors() {
         [each.call, `line ${each.enteredAt.line}`, each.time || '', each.thread || ''])));
   }
   if (!data.failures.length) {
-    section.append(make('p', {}, 'No call failed.'));
+    section.append(make('p', {}, data.leftOut.length ? 'There was no room for them in this page.' : 'No call failed.'));
     return;
   }
   section.append(make('h3', {}, 'Calls that failed, the first one first'),
@@ -614,7 +614,7 @@ if (data.timeKind === 'none' || data.firstMs === null) {
 showHandles();
 showFunctions();
 showErrors();
-byId('about').textContent = `Made by vextrel ${data.version} from ${log.files.join(', ')}; layout: ${data.layout}.`;
+byId('about').textContent = (data.leftOut.length ? `Left out, because the page would be too big: ${data.leftOut.join(', ')}. ` : '') + `Made by vextrel ${data.version} from ${log.files.join(', ')}; layout: ${data.layout}.`;
 
 // On paper, nothing can be opened.
 const mostOnPaper = 40;

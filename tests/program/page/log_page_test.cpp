@@ -15,7 +15,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using vextrel::program::kMostOfAPage;
-using vextrel::program::WithoutMarkup;
 
 constexpr std::string_view kMarkup =
     "</script><script>alert(1)</script><img src=x onerror=alert(2)>";
@@ -46,8 +45,7 @@ TEST(LogPage, HasNoMarkupOfTheLog) {
   })) << findings;
 }
 
-TEST(LogPage, EscapesWhatScriptsAndMarkupTripOver) {
-  EXPECT_EQ(WithoutMarkup(R"({"a":"<b>&"})"), R"({"a":"\u003cb\u003e\u0026"})");
+TEST(LogPage, EscapesWhatScriptsTripOver) {
   // A line separator, and a byte that is no UTF-8.
   const std::string page = PageOf(OpenDevice(0, "a\xE2\x80\xA8z\xFF"));
   ASSERT_FALSE(page.empty());
