@@ -40,10 +40,10 @@ PageJson HistogramOf(const ValueCounts& values, std::int64_t resolution) {
 PageJson IntervalsOf(const TimeBuckets<IntervalCell>& intervals) {
   PageJson rows = PageJson::array();
   for (const auto& [ignored, cell] : intervals.Cells()) {
-    rows.push_back(
-        {static_cast<double>(cell.longestTime) / kMillisecond,
-         static_cast<double>(cell.sum / static_cast<std::int64_t>(cell.count)) / kMillisecond,
-         static_cast<double>(cell.longest) / kMillisecond, cell.count, cell.longestAt.line});
+    rows.push_back({static_cast<double>(cell.longestTime) / kMillisecond,
+                    static_cast<double>(cell.sum) / static_cast<double>(cell.count) / kMillisecond,
+                    static_cast<double>(cell.longest) / kMillisecond, cell.count,
+                    cell.longestAt.line});
   }
   return {{"widthMs", static_cast<double>(intervals.Width()) / kMillisecond}, {"rows", rows}};
 }

@@ -36,7 +36,7 @@ function momentText(ms, step) {
     const rest = ((all - whole) / 1000).toFixed(decimals).slice(1);
     return new Date(whole).toISOString().slice(11, 19) + (decimals ? rest : '');
   }
-  return `${(ms / 1000).toFixed(decimals)} s`;
+  return `${((data.firstMs + ms) / 1000).toFixed(decimals)} s`;
 }
 
 // Moments between `from` and `to` that are whole on the clock, at least `room` pixels apart: [ms, text] for each.
@@ -47,7 +47,7 @@ function ticksOf(from, to, width, room) {
   const steps = [...[1, 2, 5, 10].map((each) => each * power), ...[1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200,
     10800, 21600, 43200, 86400, 172800, 604800].map((each) => each * second)];
   const step = steps.find((each) => each >= about) || Math.ceil(about / steps[steps.length - 1]) * steps[steps.length - 1];
-  const origin = data.timeKind === 'since start' ? 0 : data.firstMs;
+  const origin = data.firstMs;
   const ticks = [];
   for (let i = Math.ceil((origin + from) / step); i * step - origin <= to; ++i) {
     ticks.push([i * step - origin, momentText(i * step - origin, step)]);
