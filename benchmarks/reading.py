@@ -14,7 +14,8 @@ import sys
 import time
 
 # Times of `wc -l`, and MB of memory.
-BARS = {"report": 12, "check": 12, "show": 20, "export": 30}
+BARS = {"report": 12, "check": 12, "show": 20, "export": 30, "html": 30}
+MOST_OF_A_PAGE = 5_000_000  # bytes
 MOST_MEMORY = 150
 ROUNDS = 3
 
@@ -99,7 +100,7 @@ def run(command: list[str]) -> tuple[float, float]:
     best, memory = float("inf"), 0.0
     for _ in range(ROUNDS):
         begin = time.monotonic()
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         _, status, usage = os.wait4(process.pid, 0)
         if status != 0:
             sys.exit(f"{' '.join(command)} failed")
@@ -113,12 +114,14 @@ def main() -> None:
     if not os.path.exists(path) or abs(os.path.getsize(path) - size) > size // 10:
         make(path, size)
     megabytes = os.path.getsize(path) / 1e6
+    page = path + ".html"
     base, _ = run(["wc", "-l", path])
     print(f"{path}: {megabytes:.0f} MB; wc -l takes {base:.3f} s")
     print(f"{'command':<10}{'s':>8}{'MB/s':>8}{'of wc -l':>10}{'bar':>6}{'MB of memory':>14}")
     for name, arguments in (("report", []), ("check", []), ("show", []),
-                            ("export", ["--to", "jsonl"])):
-        seconds, memory = run([program, name, *arguments, path])
+                            ("export", ["--to", "jsonl"]), ("html", [])):
+        command = ["report", "--html", page] if name == "html" else [name, *arguments]
+        seconds, memory = run([program, *command, path])
         ratio = seconds / base
         print(f"{name:<10}{seconds:>8.3f}{megabytes / seconds:>8.0f}{ratio:>10.1f}{BARS[name]:>6}"
               f"{memory:>14.1f}")
@@ -126,6 +129,9 @@ def main() -> None:
             print(f"MISSED: {name} takes {ratio:.1f} times as long as wc -l")
         if memory > MOST_MEMORY:
             print(f"MISSED: {name} takes {memory:.0f} MB")
+    print(f"the page has {os.path.getsize(page) / 1e6:.2f} MB")
+    if os.path.getsize(page) > MOST_OF_A_PAGE:
+        print("MISSED: the page is too big")
 
 
 if __name__ == "__main__":

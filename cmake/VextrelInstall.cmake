@@ -49,11 +49,12 @@ install(FILES LICENSE NOTICE README.md CHANGELOG.md SECURITY.md
 install(FILES "${log4cpp_SOURCE_DIR}/COPYING" RENAME COPYING.log4cpp
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs
-  FILES_MATCHING PATTERN "*.md")
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 
 # The licenses of the libraries that the program consists of, as Debian's packages have them.
 if(TARGET vextrel_program)
-  foreach(library IN ITEMS CLI11=libcli11-dev fmt=libfmt-dev json=nlohmann-json3-dev)
+  foreach(library IN ITEMS CLI11=libcli11-dev fmt=libfmt-dev json=nlohmann-json3-dev
+      dygraphs=libjs-dygraphs)
     string(REPLACE "=" ";" library "${library}")
     list(GET library 0 name)
     list(GET library 1 package)

@@ -3,12 +3,15 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "check.h"
 #include "commands/command_line.h"
+#include "page/log_page.h"
 #include "scratch_folder.h"
 
 namespace vextrel_fuzz {
@@ -37,6 +40,18 @@ bool HasControls(const std::string& text) {
   });
 }
 
+// What has to hold for a page of any log: its data is JSON, and nothing in it is markup.
+void CheckPage(const std::string& page) {
+  constexpr std::string_view front = "id=\"data\">";
+  constexpr std::string_view back = "</script>";
+  const std::size_t begin = page.find(front) + front.size();
+  const std::size_t end = page.find(back, begin);
+  Check(nlohmann::json::accept(page.substr(begin, end - begin)), "a page's data is JSON");
+  static const auto markup = std::count(page.begin(), page.end(), '<');
+  Check(std::count(page.begin(), page.end(), '<') == markup, "a page has no markup of the log");
+  Check(page.size() <= vextrel::program::kMostOfAPage, "a page is bounded");
+}
+
 }  // namespace
 
 void RunProgramOn(const std::string& bytes) {
@@ -54,6 +69,13 @@ void RunProgramOn(const std::string& bytes) {
   const Result lines = Run({"export", "--to", "jsonl", path});
   static_cast<void>(Run({"export", "--to", "csv", path}));
   const Result trace = Run({"export", "--to", "chrome", path});
+  const std::string page = "page.html";
+  const Result made = Run({"report", "--html", page, path});
+  Check(made.status == report.status, "a page is made of any log that can be used");
+  if (made.status == 0) {
+    std::ifstream file(page, std::ios::binary);
+    CheckPage({std::istreambuf_iterator<char>(file), {}});
+  }
   const Result difference = Run({"diff", path, path});
   if (report.status == 0) {
     const nlohmann::json figures = nlohmann::json::parse(report.output);

@@ -9,6 +9,9 @@
 #include <memory>
 #include <optional>
 
+#include "commands/checked_log.h"
+#include "commands/command_line.h"
+#include "commands/log_page_file.h"
 #include "commands/trace_summary.h"
 #include "doctor/examination.h"
 #include "doctor/libraries.h"
@@ -21,6 +24,7 @@
 #include "launching/process.h"
 #include "launching/system.h"
 #include "launching/trace_folder.h"
+#include "views/findings_view.h"
 #include "views/safe_text.h"
 
 namespace vextrel::program {
@@ -36,6 +40,8 @@ struct TraceArguments {
   std::string log;
   std::string config;
   std::string rolling;
+  std::string page;
+  bool isChecked = false;
   LogStyle style;
 };
 
@@ -258,6 +264,43 @@ void SayWhatCame(const TraceArguments& arguments, const Plan& plan, const Outcom
   }
 }
 
+// Makes the page and looks for faults, as far as the arguments ask for it. Returns the exit status:
+// the application's own, unless that is 0 and says less than what was found.
+int Judge(const TraceArguments& arguments, const Plan& plan, const Outcome& outcome,
+          Output& errors) {
+  if (arguments.page.empty() && !arguments.isChecked) {
+    return outcome.status;
+  }
+  int status = outcome.status;
+  const auto settle = [&status](int other) { status = status == 0 ? other : status; };
+  if (!outcome.log || outcome.log->model.Counts().Calls() == 0) {
+    Say(errors, "without a logged call, there's nothing to check, and no page to make");
+    settle(kExitOwnFailure);
+    return status;
+  }
+  try {
+    LogOptions options;
+    options.files = {TextOf(plan.log)};
+    options.config = TextOf(plan.config);
+    Output silent;
+    const CheckedLog checked(options, silent);
+    if (arguments.isChecked) {
+      WriteFindings(checked.Log(), checked.Model(), checked.Found(), {}, errors);
+      if (CountFindings(checked.Found(), {})[static_cast<std::size_t>(Severity::Error)] != 0) {
+        settle(kExitDifferent);
+      }
+    }
+    if (!arguments.page.empty()) {
+      DemandPagePath(options, arguments.page);
+      WriteLogPage(options, checked, arguments.page, errors);
+    }
+  } catch (const std::runtime_error& error) {
+    Say(errors, error.what());
+    settle(kExitOwnFailure);
+  }
+  return status;
+}
+
 int Trace(TraceArguments arguments, Output& errors) {
   try {
     if (arguments.application.empty()) {
@@ -270,7 +313,7 @@ int Trace(TraceArguments arguments, Output& errors) {
     const Plan plan = MakePlan(arguments, variables, errors);
     const Outcome outcome = Run(arguments, plan, variables, errors);
     SayWhatCame(arguments, plan, outcome, errors);
-    return outcome.status;
+    return Judge(arguments, plan, outcome, errors);
   } catch (const LaunchFailure& failure) {
     Say(errors, failure.what());
     return failure.Status();
@@ -295,9 +338,11 @@ void AddTraceCommand(CLI::App& program, Output& errors, const std::vector<std::s
       "  vextrel trace -- grab --frames 10\n"
       "  vextrel trace --timing --log slow.log -- grab\n"
       "  vextrel trace --target camera.cti --rolling 50M -- grab\n"
+      "  vextrel trace --check --report trace.html -- grab     in a CI\n"
       "The exit status is the application's own; 125 if the trace failed before it was started, "
-      "126 if "
-      "it can't be started, 127 if it isn't there, 2 if the options don't say enough.");
+      "126 if it can't be started, 127 if it isn't there, 2 if the options don't say enough.\n"
+      "If the application's is 0: 1 if --check found an error, 125 if there's nothing to check, or "
+      "if the page can't be written.");
   command
       ->add_option("--target", arguments->target,
                    "The producer to trace; otherwise the only one that GENICAM_GENTL64_PATH shows")
@@ -324,6 +369,19 @@ void AddTraceCommand(CLI::App& program, Output& errors, const std::vector<std::s
           ->add_option("--rolling", arguments->rolling,
                        "Start a new file at this size, such as 50M, and keep the four before it")
           ->type_name("SIZE");
+  command
+      ->add_option(
+          "--report", arguments->page,
+          "At the end, make this page for a browser of the log, as 'vextrel report --html' "
+          "does")
+      ->type_name("FILE")
+      ->excludes(misuseOnly);
+  command
+      ->add_flag(
+          "--check", arguments->isChecked,
+          "At the end, say what went wrong, as 'vextrel check' does; an error makes the exit "
+          "status 1")
+      ->excludes(misuseOnly);
   command
       ->add_option("--config", arguments->config,
                    "Your own property file, instead of one made of these options")

@@ -8,8 +8,9 @@
 
 namespace vextrel::program {
 
-inline constexpr int kExitChoice = 2;        // the command line has to say more
-inline constexpr int kExitOwnFailure = 125;  // ours, before the application was started
+inline constexpr int kExitChoice = 2;  // the command line has to say more
+// Ours, before the application was started, or when it had ended well.
+inline constexpr int kExitOwnFailure = 125;
 inline constexpr int kExitNotExecutable = 126;
 inline constexpr int kExitNotFound = 127;
 

@@ -29,9 +29,11 @@ void Stream::Stop(std::int64_t now) {
 
 void Stream::Deliver(std::int64_t now, const LogPlace& place, bool wasQueued) {
   ++frames_;
+  lastInterval_.reset();
   if (lastFrame_.has_value()) {
     const std::int64_t interval = std::max<std::int64_t>(now - *lastFrame_, 0);
     intervals_.Add(interval);
+    lastInterval_ = interval;
     if (interval > longest_) {
       longest_ = interval;
       longestAt_ = place;

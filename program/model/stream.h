@@ -53,6 +53,10 @@ class Stream {
   }
   [[nodiscard]] const std::optional<LogPlace>& FirstGap() const noexcept { return firstGap_; }
   [[nodiscard]] const ValueCounts& Intervals() const noexcept { return intervals_; }
+  // Between the latest frame and the one before it; nothing for the first one after a start.
+  [[nodiscard]] const std::optional<std::int64_t>& LastInterval() const noexcept {
+    return lastInterval_;
+  }
   [[nodiscard]] const std::optional<LogPlace>& LongestIntervalAt() const noexcept {
     return longestAt_;
   }
@@ -86,6 +90,7 @@ class Stream {
   std::uint64_t frameIds_ = 0;
   bool frameIdsDiffer_ = false;
   std::optional<std::int64_t> lastFrame_;
+  std::optional<std::int64_t> lastInterval_;
   ValueCounts intervals_;
   ValueCounts holds_;
   std::int64_t longest_ = -1;

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <nlohmann/json.hpp>
-
 #include "model/distribution.h"
 #include "reading/value_reading.h"
 #include "views/call_text.h"
 #include "views/findings_view.h"
-#include "views/report.h"
+#include "views/report_parts.h"
 #include "views/safe_text.h"
 #include "views/time_text.h"
 
@@ -43,7 +41,37 @@ Json DistributionOf(const ValueCounts& values) {
           {"max", known->max}};
 }
 
-Json LogOf(const ReportedLog& log, const SessionModel& model) {
+Json ResultsOf(const SessionModel& model) {
+  Json results = Json::object();
+  for (const auto& [result, count] : model.Counts().Results()) {
+    std::string storage;
+    results[std::string(ResultName(result, storage))] = count;
+  }
+  return results;
+}
+
+Json HandlesOf(const ReportedLog& log, const SessionModel& model) {
+  Json all = Json::array();
+  const Handles& handles = model.AllHandles();
+  for (HandleId id = 1; id <= handles.Last(); ++id) {
+    const Handle& handle = handles.At(id);
+    all.push_back(
+        {{"name", handles.Name(id)},
+         {"kind", KindName(handle.kind)},
+         {"value", ValueText(handle)},
+         {"id", TextOrNull(handle.id)},
+         {"parent", handle.parent == kNoHandle ? Json(nullptr) : Json(handles.Name(handle.parent))},
+         {"openedAt", PlaceOf(handle.openedAt, log)},
+         {"closedAt", PlaceOf(handle.closedAt, log)},
+         {"closedWith",
+          handle.closedWith == kNoHandle ? Json(nullptr) : Json(handles.Name(handle.closedWith))}});
+  }
+  return all;
+}
+
+}  // namespace
+
+nlohmann::ordered_json LogAsJson(const ReportedLog& log, const SessionModel& model) {
   Json files = Json::array();
   for (const std::string& file : log.files) {
     files.push_back(Utf8(file));
@@ -67,16 +95,7 @@ Json LogOf(const ReportedLog& log, const SessionModel& model) {
           {"timing", model.Timings().Any()}};
 }
 
-Json ResultsOf(const SessionModel& model) {
-  Json results = Json::object();
-  for (const auto& [result, count] : model.Counts().Results()) {
-    std::string storage;
-    results[std::string(ResultName(result, storage))] = count;
-  }
-  return results;
-}
-
-Json FunctionsOf(const SessionModel& model) {
+nlohmann::ordered_json FunctionsAsJson(const SessionModel& model) {
   Json functions = Json::array();
   const CallCounts& counts = model.Counts();
   for (std::size_t i = 0; i < FunctionNames().size(); ++i) {
@@ -113,26 +132,7 @@ std::string ValueText(const Handle& handle) {
   return (handle.isHalf ? "0x........" : "0x") + text;
 }
 
-Json HandlesOf(const ReportedLog& log, const SessionModel& model) {
-  Json all = Json::array();
-  const Handles& handles = model.AllHandles();
-  for (HandleId id = 1; id <= handles.Last(); ++id) {
-    const Handle& handle = handles.At(id);
-    all.push_back(
-        {{"name", handles.Name(id)},
-         {"kind", KindName(handle.kind)},
-         {"value", ValueText(handle)},
-         {"id", TextOrNull(handle.id)},
-         {"parent", handle.parent == kNoHandle ? Json(nullptr) : Json(handles.Name(handle.parent))},
-         {"openedAt", PlaceOf(handle.openedAt, log)},
-         {"closedAt", PlaceOf(handle.closedAt, log)},
-         {"closedWith",
-          handle.closedWith == kNoHandle ? Json(nullptr) : Json(handles.Name(handle.closedWith))}});
-  }
-  return all;
-}
-
-Json StreamsOf(const SessionModel& model) {
+nlohmann::ordered_json StreamsAsJson(const SessionModel& model) {
   Json streams = Json::array();
   const Handles& handles = model.AllHandles();
   for (const Stream& stream : model.Streams()) {
@@ -161,7 +161,7 @@ Json StreamsOf(const SessionModel& model) {
   return streams;
 }
 
-Json DurationsOf(const SessionModel& model) {
+nlohmann::ordered_json DurationsAsJson(const SessionModel& model) {
   if (!model.Timings().Any()) {
     return nullptr;
   }
@@ -184,7 +184,7 @@ Json DurationsOf(const SessionModel& model) {
   return durations;
 }
 
-Json NeverReturnedOf(const ReportedLog& log, const SessionModel& model) {
+nlohmann::ordered_json NeverReturnedAsJson(const ReportedLog& log, const SessionModel& model) {
   if (!model.Timings().Any()) {
     return nullptr;
   }
@@ -209,19 +209,17 @@ Json NeverReturnedOf(const ReportedLog& log, const SessionModel& model) {
   return calls;
 }
 
-}  // namespace
-
 void WriteReportAsJson(const ReportedLog& log, const SessionModel& model, const Findings& findings,
                        Output& output) {
   const Json report = {{"schema", 1},
-                       {"log", LogOf(log, model)},
+                       {"log", LogAsJson(log, model)},
                        {"results", ResultsOf(model)},
-                       {"functions", FunctionsOf(model)},
+                       {"functions", FunctionsAsJson(model)},
                        {"handles", HandlesOf(log, model)},
-                       {"streams", StreamsOf(model)},
+                       {"streams", StreamsAsJson(model)},
                        {"findings", FindingsAsJson(log, model, findings, {})},
-                       {"durations", DurationsOf(model)},
-                       {"neverReturned", NeverReturnedOf(log, model)}};
+                       {"durations", DurationsAsJson(model)},
+                       {"neverReturned", NeverReturnedAsJson(log, model)}};
   output.Text() += report.dump(2);
   output.Text() += '\n';
   output.Flush();

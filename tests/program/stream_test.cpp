@@ -25,6 +25,19 @@ TEST(Stream, MeasuresIntervalsWithinOneAcquisition) {
   EXPECT_EQ(stream.LongestIntervalAt()->line, 3U);
 }
 
+TEST(Stream, KnowsTheLatestInterval) {
+  Stream stream(1, true);
+  stream.Start(0, {0, 1});
+  stream.Deliver(10, {0, 1}, true);
+  EXPECT_FALSE(stream.LastInterval().has_value());
+  stream.Deliver(15, {0, 2}, true);
+  EXPECT_EQ(stream.LastInterval(), 5);
+  stream.Stop(50);
+  stream.Start(1000, {0, 1});
+  stream.Deliver(1010, {0, 5}, true);
+  EXPECT_FALSE(stream.LastInterval().has_value());
+}
+
 TEST(Stream, CountsMissingFrameIds) {
   Stream stream(1, true);
   EXPECT_FALSE(stream.MissingFrameIds().has_value());

@@ -65,6 +65,50 @@ class Trace : public testing::Test {
   int number_ = 0;
 };
 
+TEST_F(Trace, MakesAPageOfTheLog) {
+  const std::string page = TextOf(folder_ / "page.html");
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {GRAB_PROGRAM});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr("vextrel: wrote '" + page + "' ("));
+  EXPECT_THAT(ReadBytes(PathOf(page)).value_or(""), StartsWith("<!DOCTYPE html>\n"));
+}
+
+TEST_F(Trace, FailsIfItsCheckFindsAnError) {
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--check"}, {GRAB_PROGRAM, "--misuse"});
+  EXPECT_EQ(run.status, 1) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr(": error HND-AFTER: DSRevokeBuffer uses BUF1"));
+}
+
+TEST_F(Trace, KeepsTheStatusIfItsCheckFindsNoError) {
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--check"}, {GRAB_PROGRAM});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr("0 errors, "));
+}
+
+TEST_F(Trace, ThatLoggedNothingCantBeChecked) {
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--check"}, {SHOW_ITSELF_PROGRAM});
+  EXPECT_EQ(run.status, 125) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr("without a logged call, there's nothing to check"));
+}
+
+TEST_F(Trace, SaysThatItsPageCantBeWritten) {
+  const std::string page = TextOf(folder_ / "missing" / "page.html");
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {GRAB_PROGRAM});
+  EXPECT_EQ(run.status, 125) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr("page.html' can't be written\n"));
+}
+
+TEST_F(Trace, OfMisuseOnlyHasNothingToCheck) {
+  for (const std::vector<std::string>& option :
+       {std::vector<std::string>{"--check"}, {"--report", "page.html"}}) {
+    std::vector<std::string> options = {"--misuse-only"};
+    options.insert(options.end(), option.begin(), option.end());
+    const ProgramResult run = Run(options, {GRAB_PROGRAM});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("--misuse-only excludes " + option.front()));
+  }
+}
+
 TEST_F(Trace, OfTheSampleShowsFiveLinesAndLeavesTheLog) {
   const ProgramResult run = Run(kTarget, {GRAB_PROGRAM, "--frames", "3"});
   EXPECT_EQ(run.status, 0) << run.errors;

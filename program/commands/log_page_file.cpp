@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "commands/log_page_file.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "commands/read_log.h"
+#include "page/log_page.h"
+#include "reading/rolled_files.h"
+#include "views/safe_text.h"
+
+namespace vextrel::program {
+
+namespace fs = std::filesystem;
+
+void DemandPagePath(const LogOptions& options, const std::string& path) {
+  const auto pathOf = [](const std::string& text) {
+    return fs::path(std::u8string(text.begin(), text.end()));
+  };
+  for (const std::string& file : WithRolledFiles(options.files)) {
+    if (file == "-") {
+      throw std::runtime_error(
+          "a page is made in two readings, and standard input can be read only once: put the log "
+          "into a file");
+    }
+    std::error_code ignored;
+    if (fs::equivalent(pathOf(file), pathOf(path), ignored)) {
+      throw std::runtime_error("'" + path + "' is the log itself: give the page another name");
+    }
+  }
+}
+
+void WriteLogPage(const LogOptions& options, const CheckedLog& checked, const std::string& path,
+                  Output& errors) {
+  Output silent;
+  ReadingOptions toRead = options.ToRead(silent);
+  toRead.files = checked.Log().files;
+  RecordReader reader(toRead);
+  SessionModel model(reader.UsedLayout());
+  LogPage page(checked.Log(), checked.Model(), checked.Found());
+  ReadLog(reader, model, [&](const Record& record, const Message& message, const Context& context) {
+    page.Take(model, record, message, context);
+  });
+  const std::string text = page.Finish(model);
+  WriteTextFile(path, text);
+  errors.Text() += "vextrel: wrote '";
+  AppendSafe(errors.Text(), path);
+  errors.Text() += fmt::format("' ({:.1f} MB)\n", static_cast<double>(text.size()) / 1e6);
+  errors.Flush();
+}
+
+}  // namespace vextrel::program
