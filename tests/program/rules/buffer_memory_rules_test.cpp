@@ -6,8 +6,6 @@
 namespace vextrel_test {
 namespace {
 
-constexpr std::uint64_t kDS2 = 0xD60;
-
 TEST(BufferMemoryRules, FindWhatTheyAreFor) {
   ExpectFindings({
       {"a buffer of another stream", "BUF-FOREIGN error",

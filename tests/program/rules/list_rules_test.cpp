@@ -6,8 +6,6 @@
 namespace vextrel_test {
 namespace {
 
-constexpr std::uint64_t kIF2 = 0xA30;
-
 TEST(ListRules, FindWhatTheyAreFor) {
   ExpectFindings({
       {"devices counted before the list is made", "LIST-FIRST error",

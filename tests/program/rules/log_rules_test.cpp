@@ -6,9 +6,7 @@
 namespace vextrel_test {
 namespace {
 
-constexpr std::uint64_t kIF2 = 0xA30;
 constexpr std::uint64_t kDev2 = 0x1000C0FF0;
-constexpr std::uint64_t kDS2 = 0xD60;
 
 TEST(LogRules, FindWhatTheyAreFor) {
   ExpectFindings({

@@ -14,9 +14,11 @@ namespace vextrel_test {
 
 inline constexpr std::uint64_t kTL = 0xA10;
 inline constexpr std::uint64_t kIF = 0xA20;
+inline constexpr std::uint64_t kIF2 = 0xA30;
 inline constexpr std::uint64_t kDev = 0x1000C0DE0;
 inline constexpr std::uint64_t kPort = 0xC10;
 inline constexpr std::uint64_t kDS = 0xD50;
+inline constexpr std::uint64_t kDS2 = 0xD60;
 inline constexpr std::uint64_t kEvent = 0xE10;
 inline constexpr std::uint64_t kBuffer = 0xB00;  // of the first one; the others follow
 
