@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "page/page_json.h"
 #include "page/parts.h"
@@ -66,15 +67,22 @@ std::string LogPage::Finish(const SessionModel& model) {
   data["keepsAll"] = lanes_.KeepsAll();
   data["calls"] = CallsAsJson(lanes_.Kept());
   data["lanes"] = LanesAsJson(lanes_.Lanes());
-  const std::size_t parts = kPageFrame.size() + kPlotStyle.size() + kPageStyle.size() +
-                            kPlotScript.size() + kTimelineScript.size() + kPageScript.size();
-  const std::string text = FitData(std::move(data), kMostOfAPage - parts);
-  return Fill(kPageFrame, {{"/*plot style*/", kPlotStyle},
-                           {"/*style*/", kPageStyle},
-                           {"/*data*/", text},
-                           {"/*plot script*/", kPlotScript},
-                           {"/*timeline script*/", kTimelineScript},
-                           {"/*script*/", kPageScript}});
+  std::size_t others = kPageFrame.size();
+  std::vector<std::pair<std::string_view, std::string_view>> parts = {
+      {"/*plot style*/", kPlotStyle},
+      {"/*style*/", kPageStyle},
+      {"/*data*/", ""},
+      {"/*plot script*/", kPlotScript},
+      {"/*common script*/", kCommonScript},
+      {"/*timeline script*/", kTimelineScript},
+      {"/*time script*/", kTimeScript},
+      {"/*script*/", kPageScript}};
+  for (const auto& [mark, part] : parts) {
+    others += part.size();
+  }
+  const std::string text = FitData(std::move(data), kMostOfAPage - others);
+  parts[2].second = text;
+  return Fill(kPageFrame, parts);
 }
 
 }  // namespace vextrel::program

@@ -10,8 +10,10 @@ namespace vextrel::program {
 // parts/page.html, which has a mark such as /*style*/ where each of the others belongs.
 extern const std::string_view kPageFrame;
 extern const std::string_view kPageStyle;
-extern const std::string_view kPageScript;
+extern const std::string_view kCommonScript;
 extern const std::string_view kTimelineScript;
+extern const std::string_view kTimeScript;
+extern const std::string_view kPageScript;
 // The library that draws the plots, as its package has it.
 extern const std::string_view kPlotStyle;
 extern const std::string_view kPlotScript;
