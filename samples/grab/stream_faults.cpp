@@ -3,10 +3,11 @@
 
 #include <array>
 #include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <semaphore>
+#include <mutex>
 #include <thread>
 
 #include "fault_calls.h"
@@ -94,21 +95,21 @@ void WaitBriefly(Session& session) {
 
 // No frame comes, and another thread gets its turn between two waits only.
 void WaitUnderLock(Session& session) {
-  std::binary_semaphore mayRead(0);
-  std::binary_semaphore mayWait(1);
   constexpr int turns = 11;
-  std::thread waiting([&] {
+  std::mutex lock;
+  std::condition_variable isNext;
+  bool isReading = false;
+  const auto takeTurns = [&](bool reads, const std::function<void()>& turn) {
     for (int i = 0; i < turns; ++i) {
-      mayWait.acquire();
-      WaitOnce(session, 60);
-      mayRead.release();
+      std::unique_lock held(lock);
+      isNext.wait(held, [&] { return isReading == reads; });
+      turn();
+      isReading = !reads;
+      isNext.notify_one();
     }
-  });
-  for (int i = 0; i < turns; ++i) {
-    mayRead.acquire();
-    static_cast<void>(session.camera->Read("Width"));
-    mayWait.release();
-  }
+  };
+  std::thread waiting([&] { takeTurns(false, [&] { WaitOnce(session, 60); }); });
+  takeTurns(true, [&] { static_cast<void>(session.camera->Read("Width")); });
   waiting.join();
 }
 
