@@ -34,6 +34,27 @@ void OnSignal(int number, siginfo_t* info, void* /*context*/) {
   errno = error;
 }
 
+// Keeps our signals waiting: one that came before the child is known could not be passed on.
+class HeldSignals {
+ public:
+  HeldSignals() {
+    sigset_t held;
+    ::sigemptyset(&held);
+    for (const int number : kSignals) {
+      ::sigaddset(&held, number);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+  }
+  ~HeldSignals() { Release(); }
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+  void Release() const { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
+
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   pointers.reserve(texts.size() + 1);
@@ -74,6 +95,7 @@ Process::Process(const StartRequest& request) {
     throw LaunchFailure(kExitOwnFailure,
                         std::string("no pipe can be made (") + std::strerror(errno) + ")");
   }
+  const HeldSignals held;
   const pid_t child = ::fork();
   if (child == 0) {
     if (request.isSilent) {
@@ -83,6 +105,7 @@ Process::Process(const StartRequest& request) {
     if (childActionBefore.sa_handler == SIG_IGN) {
       ::signal(SIGCHLD, SIG_IGN);
     }
+    held.Release();
     ::execve(request.file.c_str(), argumentPointers.data(), entryPointers.data());
     const int error = errno;
     static_cast<void>(::write(pipe[1], &error, sizeof error));

@@ -43,6 +43,7 @@ Grabs frames from the first camera that can be opened.
   --image FILE     write the last frame to FILE as a binary PGM (8 bit)
   --genTL 1.5      demand all 57 functions of GenTL 1.5, as strict consumers do,
                    and print the parts, chunks and parents it finds
+  --mix-buffers    let the producer allocate the last buffer
   --misuse         close badly on purpose, to see a tracing producer report it
   --fault NAME     make one mistake that applications make; --fault list names them
   --help           print this text
@@ -94,6 +95,8 @@ class UsageError : public Error {
         throw UsageError("Option --genTL knows 1.5 only, not '" + std::string(version) + "'.");
       }
       options.genTL15 = true;
+    } else if (option == "--mix-buffers") {
+      options.mixBuffers = true;
     } else if (option == "--misuse") {
       options.misuse = true;
     } else if (option == "--fault") {

@@ -358,7 +358,7 @@ void GrabFrames(const Producer& producer, const Options& options) {
     newer.emplace(session);
     newer->PrintParents();
   }
-  session.AnnounceBuffers(options.misuse);
+  session.AnnounceBuffers(options.mixBuffers || options.misuse);
   session.StartAcquisition();
 
   using Clock = std::chrono::steady_clock;

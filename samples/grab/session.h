@@ -21,6 +21,7 @@ struct Options {
   std::uint64_t timeoutMs = 5000;  // For one frame.
   bool list = false;
   bool genTL15 = false;  // Demand and use GenTL 1.5.
+  bool mixBuffers = false;
   bool misuse = false;
   std::string fault;  // one of Faults() in faults.h, or none
   bool help = false;

@@ -61,7 +61,7 @@ void ExpectLog(const char* goldenLog, const TracedRun& run, Edition edition = Ed
 }
 
 TEST(GoldenTest, GrabbingTenFramesIsLoggedToTheLetter) {
-  ExpectLog("grab.log", Trace("grab", {"--frames", "10"}, kSlow));
+  ExpectLog("grab.log", Trace("grab", {"--frames", "10", "--mix-buffers"}, kSlow));
 }
 
 TEST(GoldenTest, ClosingBadlyIsLoggedAndReportedToTheLetter) {
@@ -72,7 +72,8 @@ TEST(GoldenTest, ClosingBadlyIsLoggedAndReportedToTheLetter) {
 
 TEST(GoldenTest, GrabbingPartsAndChunksIsLoggedToTheLetter) {
   ExpectLog("grab_gentl_1_5.log",
-            Trace("grab_gentl_1_5", {"--genTL", "1.5", "--frames", "2"}, kSlow, Edition::Extended),
+            Trace("grab_gentl_1_5", {"--genTL", "1.5", "--frames", "2", "--mix-buffers"}, kSlow,
+                  Edition::Extended),
             Edition::Extended);
 }
 
