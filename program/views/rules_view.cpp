@@ -61,11 +61,10 @@ std::string Anchor(std::string_view id) {
 
 void AppendFaults(std::string& out) {
   out +=
-      "\n## Reported faults\n\nFaults that users of GenTL consumers and producers reported, and "
-      "the "
-      "rules that would have named\nthem, had there been a log.\n\n| report | what was seen | "
-      "rules "
-      "|\n|---|---|---|\n";
+      "\n## Reported faults\n\n"
+      "Faults that users of GenTL consumers and producers reported, and the rules that would have "
+      "named\nthem, had there been a log.\n\n"
+      "| report | what was seen | rules |\n|---|---|---|\n";
   for (const ReportedFault& fault : ReportedFaults()) {
     std::string rules;
     for (std::string_view rest = fault.rules; !rest.empty();) {
