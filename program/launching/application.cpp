@@ -33,7 +33,7 @@ std::vector<fs::path> FoldersToSearch(const Variables& variables) {
 // The file with the first ending that there is one for. Empty if there's none.
 fs::path WithEnding(const fs::path& path) {
   std::error_code ignored;
-  for (const std::string& ending : kProgramEndings) {
+  for (const std::string_view ending : kProgramEndings) {
     fs::path file = path;
     file += PathOf(ending);
     if (fs::exists(file, ignored) && !fs::is_directory(file, ignored)) {

@@ -103,7 +103,7 @@ Process::Process(const StartRequest& request) {
     }
     // Handlers end with exec, but what we set to the default would stay.
     if (childActionBefore.sa_handler == SIG_IGN) {
-      ::signal(SIGCHLD, SIG_IGN);
+      static_cast<void>(::signal(SIGCHLD, SIG_IGN));
     }
     held.Release();
     ::execve(request.file.c_str(), argumentPointers.data(), entryPointers.data());

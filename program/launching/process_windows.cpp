@@ -48,7 +48,7 @@ std::wstring Block(const Variables& variables) {
 
 // A job tells what the application has started. What wants to leave it may, as without us.
 HANDLE MakeJob() {
-  const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+  HANDLE job = CreateJobObjectW(nullptr, nullptr);
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_BREAKAWAY_OK;
   SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
@@ -83,7 +83,7 @@ Process::Process(const StartRequest& request) {
                             : kExitNotExecutable,
                         "'" + TextOf(request.file) + "' " + WhyNotStarted(error));
   }
-  const HANDLE job = MakeJob();
+  HANDLE job = MakeJob();
   AssignProcessToJobObject(job, information.hProcess);
   ResumeThread(information.hThread);
   CloseHandle(information.hThread);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,7 @@ extern const ImageKind kOwnImageKind;
 // "Windows" or "Linux"
 extern const std::string_view kSystemName;
 // What the name of a program can end with, "" included.
-extern const std::vector<std::string> kProgramEndings;
+extern const std::span<const std::string_view> kProgramEndings;
 // True iff a program is also looked for in the working folder.
 extern const bool kSearchesWorkingFolder;
 

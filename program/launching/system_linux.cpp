@@ -15,7 +15,10 @@ const bool kNamesIgnoreCase = false;
 const char kListSeparator = ':';
 const ImageKind kOwnImageKind = ImageKind::Elf;
 const std::string_view kSystemName = "Linux";
-const std::vector<std::string> kProgramEndings = {""};
+namespace {
+constexpr std::string_view kEndings[] = {""};
+}  // namespace
+const std::span<const std::string_view> kProgramEndings = kEndings;
 const bool kSearchesWorkingFolder = false;
 
 Variables ProcessVariables() {

@@ -19,7 +19,10 @@ const bool kNamesIgnoreCase = true;
 const char kListSeparator = ';';
 const ImageKind kOwnImageKind = ImageKind::Pe;
 const std::string_view kSystemName = "Windows";
-const std::vector<std::string> kProgramEndings = {"", ".exe", ".com", ".bat", ".cmd"};
+namespace {
+constexpr std::string_view kEndings[] = {"", ".exe", ".com", ".bat", ".cmd"};
+}  // namespace
+const std::span<const std::string_view> kProgramEndings = kEndings;
 const bool kSearchesWorkingFolder = true;
 
 namespace {
@@ -150,8 +153,8 @@ fs::path UserDataFolder(const Variables& variables) {
 fs::path MakePrivateFolder(const fs::path& parent) {
   // The folders for temporary files are the user's own.
   for (unsigned number = 0; number < 1000; ++number) {
-    const fs::path folder = parent / ("vextrel-" + std::to_string(GetCurrentProcessId()) + "-" +
-                                      std::to_string(GetTickCount() + number));
+    fs::path folder = parent / ("vextrel-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                std::to_string(GetTickCount() + number));
     if (CreateDirectoryW(folder.c_str(), nullptr) != 0) {
       return folder;
     }

@@ -53,7 +53,7 @@ ByteFile::ByteFile(const std::string& path) : path_(path) {
   if (IsFolder(path)) {
     throw std::runtime_error("'" + path + "' is a folder: give the path of a call log in it");
   }
-  const HANDLE file = Open(path);
+  HANDLE file = Open(path);
   if (file == INVALID_HANDLE_VALUE) {
     Fail(path, GetLastError());
   }
@@ -96,7 +96,7 @@ bool ByteFile::WasReplaced(std::uint64_t position) const {
   if (Size() < position) {
     return true;
   }
-  const HANDLE named = Open(path_);
+  HANDLE named = Open(path_);
   if (named == INVALID_HANDLE_VALUE) {
     return false;
   }
@@ -125,7 +125,7 @@ void PrepareConsole() {
   _setmode(_fileno(stderr), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);
   // Colours are escape sequences.
-  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   DWORD mode = 0;
   if (GetConsoleMode(output, &mode) != 0) {
     SetConsoleMode(output, mode | 0x0004);

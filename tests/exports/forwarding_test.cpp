@@ -85,10 +85,10 @@ template <typename... Parameters>
 struct Call {
   using Arguments = std::tuple<Parameters...>;
 
-  static inline std::vector<Arguments> seen;
+  static inline std::vector<Arguments> seen_;
 
   static GC_ERROR GC_CALLTYPE Play(Parameters... parameters) {
-    seen.emplace_back(parameters...);
+    seen_.emplace_back(parameters...);
     (WriteOutput(parameters), ...);
     targetCall.leftBehind = blocks;
     SetLastErrorValue(targetCall.lastError);
@@ -122,7 +122,7 @@ class Forwarding : public BoundProxy {
     SCOPED_TRACE(name);
     using ThisCall = decltype(CallOf(slot));
     const typename ThisCall::Arguments given = ThisCall::Make();
-    ThisCall::seen.clear();
+    ThisCall::seen_.clear();
     script.functions = {};
     script.functions.*slot = &ThisCall::Play;
     script.calls = 0;
@@ -130,7 +130,7 @@ class Forwarding : public BoundProxy {
     const GC_ERROR result = std::apply(proxy.*slot, given);
     const std::uint32_t lastError = LastError();
     script.functions = {};
-    check(given, ThisCall::seen, result, lastError);
+    check(given, ThisCall::seen_, result, lastError);
     if (name == "GCCloseLib") {
       EXPECT_EQ(proxy.GCInitLib(), 0);
     }

@@ -257,10 +257,10 @@ TEST_F(CloseLib, CallsTheTargetBeforeItWritesAnything) {
   Bind();
   OpenEverything();
   const std::vector<std::string> before = LogLines();
-  Watched::log = LogFile();
+  Watched::log_ = LogFile();
   target.Script().functions.GCCloseLib = Watched::Look;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  EXPECT_EQ(Watched::lines, before);
+  EXPECT_EQ(Watched::lines_, before);
 }
 
 TEST_F(CloseLib, ReportsAMissingInitBeforeItCallsTheTarget) {
@@ -269,11 +269,11 @@ TEST_F(CloseLib, ReportsAMissingInitBeforeItCallsTheTarget) {
   UseTarget(Folder() / "missing.cti");
   EXPECT_EQ(proxy.GCInitLib(), 0);
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  Watched::log = LogFile();
+  Watched::log_ = LogFile();
   target.Script().functions.GCCloseLib = Watched::Look;
   EXPECT_EQ(proxy.GCCloseLib(), 0);
-  ASSERT_FALSE(Watched::lines.empty());
-  EXPECT_EQ(Watched::lines.back(), kNotInitialized);
+  ASSERT_FALSE(Watched::lines_.empty());
+  EXPECT_EQ(Watched::lines_.back(), kNotInitialized);
 }
 
 }  // namespace

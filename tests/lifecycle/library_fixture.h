@@ -53,10 +53,10 @@ inline void GiveBack(const std::filesystem::path& module) {
 
 // What the log held while a function of the target ran.
 struct Watched {
-  static inline std::filesystem::path log;
-  static inline std::vector<std::string> lines;
+  static inline std::filesystem::path log_;
+  static inline std::vector<std::string> lines_;
   static GC_ERROR Look() {
-    lines = SplitLines(ReadFile(log));
+    lines_ = SplitLines(ReadFile(log_));
     return GC_ERR_SUCCESS;
   }
 };

@@ -257,12 +257,12 @@ TEST_F(InitLib, ASecondCallBindsToTheTargetThatIsNamedThen) {
 TEST_F(InitLib, CallsTheTargetBehindTheReportAndBeforeItsLine) {
   const HeldTarget target;
   Bind();
-  Watched::log = LogFile();
+  Watched::log_ = LogFile();
   target.Script().functions.GCInitLib = Watched::Look;
   EXPECT_EQ(proxy.GCInitLib(), 0);
   const std::vector<std::string> lines = LogLines();
-  ASSERT_EQ(Watched::lines.size(), lines.size() - 1);
-  EXPECT_EQ(Watched::lines.back(), kInitializedAlready);
+  ASSERT_EQ(Watched::lines_.size(), lines.size() - 1);
+  EXPECT_EQ(Watched::lines_.back(), kInitializedAlready);
   EXPECT_EQ(lines.back(), kInitSucceeded);
 }
 

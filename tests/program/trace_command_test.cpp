@@ -36,14 +36,14 @@ class Trace : public testing::Test {
  protected:
   // Traces `application`, with the log in the scratch folder.
   ProgramResult Run(std::vector<std::string> options, std::vector<std::string> application) {
-    log_ = TextOf(folder_ / ("trace" + std::to_string(++number_) + ".log"));
-    std::vector<std::string> arguments = {"trace", "--log", log_};
+    logFile = TextOf(folder / ("trace" + std::to_string(++number) + ".log"));
+    std::vector<std::string> arguments = {"trace", "--log", logFile};
     std::move(options.begin(), options.end(), std::back_inserter(arguments));
     arguments.emplace_back("--");
     std::move(application.begin(), application.end(), std::back_inserter(arguments));
     return RunVextrel(arguments);
   }
-  [[nodiscard]] std::string Log() const { return ReadBytes(PathOf(log_)).value_or("no log"); }
+  [[nodiscard]] std::string Log() const { return ReadBytes(PathOf(logFile)).value_or("no log"); }
 
   // Folders for temporary files that hold what a trace leaves behind.
   [[nodiscard]] static std::size_t Leftovers() {
@@ -59,14 +59,14 @@ class Trace : public testing::Test {
     return count;
   }
 
-  ScratchFile scratch_{"", "empty"};
-  fs::path folder_ = PathOf(scratch_.Path()).parent_path();
-  std::string log_;
-  int number_ = 0;
+  ScratchFile scratch{"", "empty"};
+  fs::path folder = PathOf(scratch.Path()).parent_path();
+  std::string logFile;
+  int number = 0;
 };
 
 TEST_F(Trace, MakesAPageOfTheLog) {
-  const std::string page = TextOf(folder_ / "page.html");
+  const std::string page = TextOf(folder / "page.html");
   const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {GRAB_PROGRAM});
   EXPECT_EQ(run.status, 0) << run.errors;
   EXPECT_THAT(run.errors, HasSubstr("vextrel: wrote '" + page + "' ("));
@@ -92,7 +92,7 @@ TEST_F(Trace, ThatLoggedNothingCantBeChecked) {
 }
 
 TEST_F(Trace, SaysThatItsPageCantBeWritten) {
-  const std::string page = TextOf(folder_ / "missing" / "page.html");
+  const std::string page = TextOf(folder / "missing" / "page.html");
   const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {GRAB_PROGRAM});
   EXPECT_EQ(run.status, 125) << run.errors;
   EXPECT_THAT(run.errors, HasSubstr("page.html' can't be written\n"));
@@ -131,7 +131,7 @@ TEST_F(Trace, OfTheSampleShowsFiveLinesAndLeavesTheLog) {
   EXPECT_EQ(timed.status, 0) << timed.errors;
   EXPECT_THAT(timed.errors, HasSubstr("with vextrel_extended.cti"));
   // The log has rolled once.
-  const std::string older = ReadBytes(PathOf(log_ + ".1")).value_or("no log");
+  const std::string older = ReadBytes(PathOf(logFile + ".1")).value_or("no log");
   EXPECT_NE(older.find("Call 1 enters GCInitLib()"), std::string::npos);
   EXPECT_EQ(older.find("2026-"), std::string::npos) << "a date";
   EXPECT_NE(Log().find("GC_ERR_SUCCESS=GCCloseLib("), std::string::npos);
@@ -161,7 +161,7 @@ TEST_F(Trace, PassesArgumentsAndStatusUnchanged) {
                                          "$HOME `x` 'y'",
                                          "\xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80",
                                          "half a surrogate pair \xED\xA0\x80"};
-  const std::string shown = TextOf(folder_ / "shown");
+  const std::string shown = TextOf(folder / "shown");
   ScopedVariable in("SHOW_ITSELF_IN", shown);
   ScopedVariable status("SHOW_ITSELF_STATUS", "77");
   std::vector<std::string> application = {SHOW_ITSELF_PROGRAM};
@@ -178,9 +178,9 @@ TEST_F(Trace, PassesArgumentsAndStatusUnchanged) {
   ASSERT_NE(path, std::string::npos) << run.errors;
   EXPECT_EQ(text.substr(0, path), expected);
   // The one folder that the application was shown is gone.
-  const fs::path folder = PathOf(text.substr(path + 5, text.find('\n', path) - path - 5));
-  EXPECT_EQ(folder.filename(), "producer");
-  EXPECT_FALSE(fs::exists(folder.parent_path()));
+  const fs::path shownFolder = PathOf(text.substr(path + 5, text.find('\n', path) - path - 5));
+  EXPECT_EQ(shownFolder.filename(), "producer");
+  EXPECT_FALSE(fs::exists(shownFolder.parent_path()));
   EXPECT_EQ(Leftovers(), leftovers);
 }
 
@@ -189,7 +189,7 @@ TEST_F(Trace, PassesOnWhatEndsItAndTidiesUp) {
   if (kOwnImageKind != ImageKind::Elf) {
     return;
   }
-  const std::string shown = TextOf(folder_ / "shown");
+  const std::string shown = TextOf(folder / "shown");
   const ScopedVariable in("SHOW_ITSELF_IN", shown);
   const ScopedVariable seconds("SHOW_ITSELF_SECONDS", "60");
   const std::size_t leftovers = Leftovers();
@@ -208,7 +208,7 @@ TEST_F(Trace, PassesOnWhatEndsItAndTidiesUp) {
 
 TEST_F(Trace, SaysWhyNothingWasLogged) {
   // It looks at nothing.
-  ScopedVariable in("SHOW_ITSELF_IN", TextOf(folder_ / "shown"));
+  ScopedVariable in("SHOW_ITSELF_IN", TextOf(folder / "shown"));
   EXPECT_THAT(Run(kTarget, {SHOW_ITSELF_PROGRAM}).errors,
               HasSubstr("no call was logged: the application didn't load the producer that "
                         "GENICAM_GENTL64_PATH names, or wants a newer one (--module extended)"));
@@ -217,19 +217,19 @@ TEST_F(Trace, SaysWhyNothingWasLogged) {
   MadeImage made;
   made.needed = {"no-such-library.1"};
   made.exports = {"GCInitLib"};
-  const std::string lame = scratch_.Beside(MadeForThisSystem(made), "lame.cti");
+  const std::string lame = scratch.Beside(MadeForThisSystem(made), "lame.cti");
   EXPECT_THAT(
       Run({"--target", lame}, {GRAB_PROGRAM}).errors,
       HasSubstr("no call succeeded: no-such-library.1, which 'lame.cti' needs, isn't found"));
   // The user's own configuration, with a mistake and without.
-  const std::string log = TextOf(folder_ / "own.log");
-  const std::string wrong = scratch_.Beside("appender.a=FileAppender\n", "wrong.properties");
+  const std::string log = TextOf(folder / "own.log");
+  const std::string wrong = scratch.Beside("appender.a=FileAppender\n", "wrong.properties");
   const ProgramResult refused =
       RunVextrel({"trace", "--config", wrong, "--target", SIMULATED_CAMERA, "--", GRAB_PROGRAM});
   EXPECT_EQ(refused.status, 125);
   EXPECT_THAT(refused.errors,
               HasSubstr("wrong.properties', line 1: 'appender.a.fileName' is missing"));
-  const std::string quiet = scratch_.Beside(
+  const std::string quiet = scratch.Beside(
       "rootCategory=INFO, a\nappender.a=FileAppender\nappender.a.layout=BasicLayout\n"
       "appender.a.fileName=" +
           PathOf(log).generic_string() + "\n",
@@ -247,13 +247,13 @@ TEST_F(Trace, SaysWhyItCannotStart) {
     int status;
     const char* sentence;
   };
-  const std::string text = scratch_.Beside("text", "text");
+  const std::string text = scratch.Beside("text", "text");
   const Case cases[] = {
       {kTarget, {}, 2, "what is to be traced?"},
       {kTarget, {"no-such-application"}, 127, "there's no application 'no-such-application'"},
-      {kTarget, {TextOf(folder_)}, 126, "is a folder"},
+      {kTarget, {TextOf(folder)}, 126, "is a folder"},
       {kTarget, {text}, 126, "'"},
-      {{"--target", TextOf(folder_ / "none.cti")}, {GRAB_PROGRAM}, 125, "there's no target"},
+      {{"--target", TextOf(folder / "none.cti")}, {GRAB_PROGRAM}, 125, "there's no target"},
       {{"--target", VEXTREL}, {GRAB_PROGRAM}, 125, "is Vextrel itself"},
       {{"--target", text}, {GRAB_PROGRAM}, 125, "isn't a module"},
       {{"--target", SIMULATED_CAMERA, "--rolling", "5"},
