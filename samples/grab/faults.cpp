@@ -116,14 +116,14 @@ void AskOnAnotherThread(Session& session) {
 }
 
 void UpdateBriefly(Session& session) {
-  Call(session.gentl.IFUpdateDeviceList, session.interfaceHandle, nullptr, 50);
+  Call(session.gentl.IFUpdateDeviceList, session.interfaceHandle, nullptr, 50U);
 }
 
 void UpdateWhileReading(Session& session) {
   std::uint32_t count = 0;
   session.gentl.IFGetNumDevices(session.interfaceHandle, &count);
   std::thread([&] {
-    Call(session.gentl.IFUpdateDeviceList, session.interfaceHandle, nullptr, 1000);
+    Call(session.gentl.IFUpdateDeviceList, session.interfaceHandle, nullptr, 1000U);
   }).join();
   static_cast<void>(session.gentl.IFGetDeviceID.Id(session.interfaceHandle, 0U));
 }
