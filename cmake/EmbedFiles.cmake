@@ -7,7 +7,7 @@ foreach(i RANGE 1 ${CMAKE_ARGC})
   set(argument "${CMAKE_ARGV${i}}")
   if(after AND argument MATCHES "^([A-Za-z]+)=(.+)$")
     set(name "${CMAKE_MATCH_1}")
-    # What a debugger would fetch isn't there.
+    # Without the reference to a source map, which a debugger would look for in vain.
     file(READ "${CMAKE_MATCH_2}" bytes HEX)
     string(REGEX REPLACE "(2f2f|2f2a)2320736f757263654d617070696e6755524c3d.*$" "" bytes "${bytes}")
     string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," bytes "${bytes}")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # Links the test programs for Windows with lld, where it and clang are installed. What MinGW's own linker
-# needs grows with the square of the sections in an object, of which an unoptimised test has thousands:
+# needs grows with the square of the sections in an object, of which an unoptimized test has thousands:
 # up to twelve seconds a program. The products are linked as ever.
 find_program(VEXTREL_LLD ld.lld)
 find_program(VEXTREL_LLD_DRIVER clang++-14)

@@ -86,7 +86,7 @@ class TimeView {
     const kept = this.calls.begin.length;
     let note = data.keepsAll ? `All ${kept.toLocaleString('en')} calls, one by one. `
       : `A bar stands for the calls of ${durationText(data.lanes.widthMs)}. In front of them, ${kept.toLocaleString('en')} of the ` +
-        `${log.calls.toLocaleString('en')} calls are there one by one: those near findings and before the most late frames, the slowest, and up to 6,000 that failed. `;
+        `${log.calls.toLocaleString('en')} calls are there one by one: those near findings and before the frames that took longest, the slowest, and up to 6,000 that failed. `;
     note += log.timing ? 'A call is as long as it was in the producer; it begins as exactly as the log\'s times say. '
       : 'Without timing lines a call is a tick at the time of its line, when it had returned; a pale wait took no longer than it is drawn. ';
     byId('timeline-readout').textContent = note + 'The triangles are findings.';
