@@ -12,7 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::Pair;
 
-constexpr std::uintptr_t kCalls = 20;
+constexpr std::uintptr_t kCallsBefore = 20;
 
 // The calls that have entered and not left: the number of each, and what it entered.
 std::map<unsigned long, std::string> UnfinishedCalls(const std::vector<std::string>& lines) {
@@ -49,16 +49,16 @@ class HangingCall : public EndingsFixture, public ::testing::WithParamInterface<
 
 // GCInitLib is the first call, the one that hangs the second.
 TEST_P(HangingCall, IsTheOneThatHasNotLeft) {
-  EXPECT_EQ(Run(GetParam(), "blocked", kCalls), Shown());
+  EXPECT_EQ(Run(GetParam(), "blocked", kCallsBefore), Shown());
   const std::vector<std::string> lines = WholeLines(own);
   EXPECT_THAT(UnfinishedCalls(lines), ElementsAre(Pair(2U, "EventGetData(0x0000000000000000)")));
   EXPECT_THAT(lines,
-              ::testing::Contains(::testing::StartsWith("DEBUG Call " + std::to_string(kCalls + 2) +
-                                                        " leaves EventFlush after ")));
+              ::testing::Contains(::testing::StartsWith(
+                  "DEBUG Call " + std::to_string(kCallsBefore + 2) + " leaves EventFlush after ")));
 }
 
 TEST_P(HangingCall, IsNotSeenWhereAllReturn) {
-  EXPECT_EQ(Run(GetParam(), "alone", kCalls), Shown());
+  EXPECT_EQ(Run(GetParam(), "alone", kCallsBefore), Shown());
   EXPECT_THAT(UnfinishedCalls(WholeLines(own)), ElementsAre());
 }
 
