@@ -16,6 +16,18 @@ else()
     URL_HASH SHA256=${VEXTREL_GOOGLETEST_SHA256}
     DOWNLOAD_EXTRACT_TIMESTAMP ON)
 endif()
+if(VEXTREL_TEST_OBJECTS)
+  # What is linked with compiled tests is what they were compiled with.
+  FetchContent_Populate(googletest)
+  foreach(name IN ITEMS gtest gtest_main gmock)
+    add_library(${name} STATIC IMPORTED GLOBAL)
+    set_target_properties(${name} PROPERTIES
+      IMPORTED_LOCATION "${VEXTREL_TEST_OBJECTS}/lib/lib${name}.a"
+      INTERFACE_INCLUDE_DIRECTORIES
+        "${googletest_SOURCE_DIR}/googletest/include;${googletest_SOURCE_DIR}/googlemock/include")
+  endforeach()
+  return()
+endif()
 set(BUILD_GMOCK ON CACHE BOOL "")
 set(INSTALL_GTEST OFF CACHE BOOL "")
 FetchContent_GetProperties(googletest)

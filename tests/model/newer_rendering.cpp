@@ -46,7 +46,7 @@ std::string StringList(std::string_view bytes) {
   return shown;
 }
 
-std::string Value(INFO_DATATYPE type, std::string_view bytes) {
+std::string ValueOf(INFO_DATATYPE type, std::string_view bytes) {
   switch (type) {
     case INFO_DATATYPE_STRING:
       return Quoted(bytes.substr(0, bytes.find('\0')));
@@ -97,7 +97,7 @@ std::string RenderAnswer(const Answer& answer) {
   if (answer.result != GC_ERR_SUCCESS || answer.buffer == nullptr) {
     return "NULL";
   }
-  return Value(answer.type, {static_cast<const char*>(answer.buffer),
+  return ValueOf(answer.type, {static_cast<const char*>(answer.buffer),
                              std::min(answer.offeredSize, answer.size)});
 }
 
