@@ -240,7 +240,8 @@ void AddTraceCommand(CLI::App& program, Output& errors, const std::vector<std::s
       "  vextrel trace --timing --log slow.log -- grab\n"
       "  vextrel trace --target camera.cti --rolling 50M -- grab\n"
       "  vextrel trace --check --report trace.html -- grab     in a CI\n"
-      "The exit status is the application's own; 125 if the trace failed before it was started, "
+      "The exit status is the application's own, 128 and the number of the signal if one ended "
+      "it; 125 if the trace failed before it was started, "
       "126 if it can't be started, 127 if it isn't there, 2 if the options don't say enough.\n"
       "If the application's is 0: 1 if --check found an error, 125 if there's nothing to check, or "
       "if the page can't be written.");
