@@ -46,7 +46,7 @@ std::vector<std::string> ProgramArguments(int count, char** values) {
 
 fs::path OwnProgram() {
   std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  fs::path program = fs::read_symlink("/proc/self/exe", error);
   if (!error) {
     return program;
   }

@@ -27,19 +27,19 @@ class TraceEnding : public Trace {
  protected:
   [[nodiscard]] std::string Shown() const { return ReadBytes(PathOf(shown)).value_or(""); }
 
-  // What follows the name in a line of what the application shows. Waits for the line.
-  [[nodiscard]] std::string WaitFor(const std::string& name) const {
+  // Waits until there's a whole line with that text in the file. Returns what follows it.
+  [[nodiscard]] static std::string WaitFor(const std::string& text, const fs::path& file) {
     constexpr int tries = 6000;
     for (int i = 0; i < tries; ++i) {
-      const std::string text = Shown();
-      const std::size_t begin = text.find(name + " ");
-      const std::size_t end = begin == std::string::npos ? begin : text.find('\n', begin);
+      const std::string bytes = ReadBytes(file).value_or("");
+      const std::size_t begin = bytes.find(text);
+      const std::size_t end = begin == std::string::npos ? begin : bytes.find('\n', begin);
       if (end != std::string::npos) {
-        return text.substr(begin + name.size() + 1, end - begin - name.size() - 1);
+        return bytes.substr(begin + text.size(), end - begin - text.size());
       }
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    ADD_FAILURE() << "the application doesn't show " << name;
+    ADD_FAILURE() << file << " doesn't get '" << text << "'";
     return "0";
   }
 
@@ -48,21 +48,26 @@ class TraceEnding : public Trace {
   std::size_t leftovers = Leftovers();
 };
 
-// Traces in a process of its own, and presses Ctrl-C when the application runs.
+// Traces in a process of its own, and presses Ctrl-C when `shownLast` says that its process runs,
+// and the trace has said `sentence`.
 class TraceEndingByCtrlC : public TraceEnding {
  protected:
-  int RunAndInterrupt() {
+  int RunAndInterrupt() { return RunAndInterrupt("vextrel: tracing '", PathOf(shown)); }
+
+  int RunAndInterrupt(const std::string& sentence, const fs::path& shownLast) {
     logFile = TextOf(folder / "trace.log");
     const fs::path said = folder / "said.txt";
     ConsoleProgram program(
         PathOf(VEXTREL_PROGRAM_FILE),
         {"trace", "--log", logFile, "--target", SIMULATED_CAMERA, "--", SHOW_ITSELF_PROGRAM}, said);
-    producers = PathOf(WaitFor("PATH"));
-    static_cast<void>(WaitFor("PROCESS"));
+    producers = PathOf(WaitFor("PATH ", PathOf(shown)));
+    static_cast<void>(WaitFor("PROCESS ", shownLast));
+    static_cast<void>(WaitFor(sentence, said));
     EXPECT_TRUE(fs::exists(producers));
     program.PressCtrlC();
     const int status = program.WaitForEnd();
     errors = ReadBytes(said).value_or("");
+    std::erase(errors, '\r');
     return status;
   }
 
@@ -78,6 +83,16 @@ TEST_F(TraceEndingByCtrlC, ReturnsTheApplicationsStatusAndTidiesUp) {
   EXPECT_THAT(errors, AllOf(HasSubstr("vextrel: tracing '"), HasSubstr("no call was logged")));
   EXPECT_FALSE(fs::exists(producers.parent_path()));
   EXPECT_EQ(Leftovers(), leftovers);
+}
+
+TEST_F(TraceEndingByCtrlC, WaitsNoLongerForAProcessThatGoesOn) {
+  const fs::path child = folder / "child";
+  const ScopedVariable file("SHOW_ITSELF_CHILD", TextOf(child));
+  const ScopedVariable status("SHOW_ITSELF_STATUS", "7");
+  const ScopedVariable ofChild("SHOW_ITSELF_STATUS_AT_CTRL_C", "42");
+  EXPECT_EQ(RunAndInterrupt("goes on: waiting for that", child), 7) << errors;
+  EXPECT_THAT(Shown(), EndsWith("END\n"));
+  EXPECT_THAT(ReadBytes(child).value_or(""), AllOf(HasSubstr("PROCESS "), Not(HasSubstr("END"))));
 }
 
 TEST_F(TraceEndingByCtrlC, SaysSoIfThatEndedTheApplication) {
@@ -115,8 +130,9 @@ TEST_F(TraceEnding, ByACrashIsSaid) {
 
 TEST_F(TraceEnding, ByAnotherProcessReturnsWhatThatLeaves) {
   const ScopedVariable seconds("SHOW_ITSELF_SECONDS", "50");
-  std::thread other(
-      [&] { EndProcess(static_cast<std::uint32_t>(std::stoul(WaitFor("PROCESS")))); });
+  std::thread other([&] {
+    EndProcess(static_cast<std::uint32_t>(std::stoul(WaitFor("PROCESS ", PathOf(shown)))));
+  });
   const ProgramResult run = Run(kTarget, {SHOW_ITSELF_PROGRAM});
   other.join();
   EXPECT_EQ(run.status, kEndedStatus) << run.errors;
