@@ -2,7 +2,7 @@
 # What `cpack` makes of the components: scripts/package calls it.
 set(CPACK_PACKAGE_NAME vextrel)
 set(CPACK_PACKAGE_VENDOR "The Vextrel developers")
-set(CPACK_PACKAGE_CONTACT "The Vextrel developers <vextrel@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Vextrel developers <vextrel@vextrel.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DESCRIPTION "Vextrel stands between a camera application and its GenTL producer, logs
  every call, and reports handles that are misused. The program vextrel starts applications with it, and

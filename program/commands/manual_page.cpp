@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/manual_page.h"
 
+#include <algorithm>
+
 namespace vextrel::program {
 namespace {
 
@@ -23,9 +25,25 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-// Line breaks stay where the help has them.
-void AppendAsIs(std::string& page, const std::string& text) {
-  page += ".nf\n" + Escaped(text) + "\n.fi\n";
+// Examples, which begin with a blank, stay as they are; the lines of a paragraph are filled.
+void AppendText(std::string& page, std::string_view text) {
+  bool isFirst = true;
+  bool wasExample = false;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, end);
+    const bool isExample = line.starts_with(' ');
+    if (line.empty()) {
+      page += ".PP";
+    } else {
+      page += !isFirst && (isExample || wasExample) ? ".br\n" : "";
+      page += Escaped(line);
+    }
+    page += '\n';
+    isFirst = false;
+    wasExample = isExample;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
 }
 
 void AppendOptions(std::string& page, const CLI::App& command) {
@@ -50,10 +68,10 @@ std::string ManualPage(const CLI::App& program) {
   const auto isShown = [](const CLI::App* each) { return !each->get_group().empty(); };
   for (const CLI::App* command : program.get_subcommands(isShown)) {
     page += ".SH VEXTREL " + Escaped(command->get_name()) + "\n";
-    AppendAsIs(page, command->get_description());
+    AppendText(page, command->get_description());
     AppendOptions(page, *command);
     page += ".PP\n";
-    AppendAsIs(page, command->get_footer());
+    AppendText(page, command->get_footer());
   }
   return page;
 }

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -12,12 +11,11 @@
 #include "commands/checked_log.h"
 #include "commands/command_line.h"
 #include "commands/log_page_file.h"
+#include "commands/trace_plan.h"
 #include "commands/trace_summary.h"
 #include "doctor/examination.h"
 #include "doctor/libraries.h"
-#include "doctor/log_config.h"
 #include "images/file_bytes.h"
-#include "launching/application.h"
 #include "launching/failure.h"
 #include "launching/log_file.h"
 #include "launching/modules.h"
@@ -25,7 +23,6 @@
 #include "launching/system.h"
 #include "launching/trace_folder.h"
 #include "views/findings_view.h"
-#include "views/safe_text.h"
 
 namespace vextrel::program {
 
@@ -33,110 +30,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct TraceArguments {
-  std::vector<std::string> application;
-  std::string target;
-  std::string module = "auto";
-  std::string log;
-  std::string config;
-  std::string rolling;
-  std::string page;
-  bool isChecked = false;
-  LogStyle style;
-};
-
-ModuleChoice ChoiceOf(const std::string& name) {
-  return name == "auto"       ? ModuleChoice::Auto
-         : name == "standard" ? ModuleChoice::Standard
-                              : ModuleChoice::Extended;
-}
-
-// Returns 0 for an empty text.
-std::uint32_t SizeOf(const std::string& text) {
-  if (text.empty()) {
-    return 0;
-  }
-  constexpr std::uint64_t least = std::uint64_t{64} << 10U;
-  constexpr std::uint64_t most = INT32_MAX;
-  std::uint64_t size = 0;
-  const char* const end = text.data() + text.size();
-  auto [rest, error] = std::from_chars(text.data(), end, size);
-  const std::string_view units = "KMG";
-  if (error == std::errc{} && rest != end) {
-    const std::size_t unit = units.find(*rest);
-    const bool isKnown = unit != std::string_view::npos && rest + 1 == end && size <= most;
-    size = isKnown ? size << (10U * (unit + 1)) : 0;
-  }
-  if (error != std::errc{} || size < least || size > most) {
-    throw LaunchFailure(kExitChoice,
-                        "--rolling needs a size from 64K to 2047M, not '" + text + "'");
-  }
-  return static_cast<std::uint32_t>(size);
-}
-
-// Ours, among what the application writes.
-void Say(Output& errors, std::string_view sentence) {
-  errors.Text() += "vextrel: ";
-  AppendSafe(errors.Text(), sentence);
-  errors.Text() += '\n';
-  errors.Flush();
-}
-
-// What is known before the application starts.
-struct Plan {
-  fs::path application;
-  fs::path target;
-  fs::path module;
-  fs::path log;     // empty if the configuration names none
-  fs::path config;  // the user's own; empty for ours
-};
-
-// The user's own configuration, and the log that it names.
-void UseConfiguration(const std::string& name, const Variables& variables, Plan& plan) {
-  std::error_code error;
-  plan.config = fs::absolute(PathOf(name), error);
-  const std::optional<std::string> text = ReadBytes(plan.config);
-  if (!text) {
-    throw LaunchFailure(kExitOwnFailure, "there's no configuration '" + name + "'");
-  }
-  const LogConfig config = ReadLogConfig(*text, variables);
-  for (const ConfigProblem& problem : config.problems) {
-    if (problem.isFatal) {
-      throw LaunchFailure(kExitOwnFailure, fmt::format("'{}', line {}: {}: {}", name, problem.line,
-                                                       problem.text, problem.remedy));
-    }
-  }
-  if (!config.files.empty()) {
-    plan.log = fs::absolute(PathOf(config.files.front()), error);
-  }
-}
-
-Plan MakePlan(const TraceArguments& arguments, const Variables& variables, Output& errors) {
-  Plan plan;
-  plan.application = FindApplication(arguments.application.front(), variables);
-  CheckApplication(plan.application);
-  plan.target = FindTarget(arguments.target, variables);
-  CheckTarget(plan.target);
-  plan.module = ChooseModule(ChoiceOf(arguments.module), arguments.style.withTiming, plan.target,
-                             FindOwnModules(OwnProgram()));
-  if (!arguments.config.empty()) {
-    UseConfiguration(arguments.config, variables, plan);
-  } else {
-    const LogFile log = ChooseLogFile(arguments.log, plan.application, variables);
-    plan.log = log.path;
-    if (!log.whyElsewhere.empty()) {
-      Say(errors, log.whyElsewhere + ", so the log goes elsewhere");
-    }
-  }
-  return plan;
-}
-
 void SayHowItEnded(int status, Output& errors) {
   const auto number = static_cast<std::uint32_t>(status);
   constexpr std::uint32_t firstException = 0xC0000000;
+  constexpr std::uint32_t endedByCtrlC = 0xC000013A;
   constexpr int afterSignals = 128;
   constexpr int lastSignal = 64;
-  if (number >= firstException) {
+  if (number == endedByCtrlC) {
+    Say(errors, "the application was ended by Ctrl-C");
+  } else if (number >= firstException) {
     Say(errors, fmt::format("the application ended with the exception 0x{:08X}", number));
   } else if (kSystemName == "Linux" && status > afterSignals &&
              status <= afterSignals + lastSignal) {
@@ -259,8 +161,8 @@ void SayWhatCame(const TraceArguments& arguments, const Plan& plan, const Outcom
   } else {
     SayWhyNothingCame(plan, outcome, errors);
   }
-  if (!plan.log.empty() && SpaceIn(plan.log.parent_path()) < kLeastSpace) {
-    Say(errors, "the disk of the log is full: its end may be missing");
+  if (const std::string why = WhyCutShort(plan.log); !plan.log.empty() && !why.empty()) {
+    Say(errors, why);
   }
 }
 
@@ -309,7 +211,6 @@ int Trace(TraceArguments arguments, Output& errors) {
     }
     const InterruptionGuard guard;
     const Variables variables = ProcessVariables();
-    arguments.style.rollingSize = SizeOf(arguments.rolling);
     const Plan plan = MakePlan(arguments, variables, errors);
     const Outcome outcome = Run(arguments, plan, variables, errors);
     SayWhatCame(arguments, plan, outcome, errors);
@@ -339,7 +240,8 @@ void AddTraceCommand(CLI::App& program, Output& errors, const std::vector<std::s
       "  vextrel trace --timing --log slow.log -- grab\n"
       "  vextrel trace --target camera.cti --rolling 50M -- grab\n"
       "  vextrel trace --check --report trace.html -- grab     in a CI\n"
-      "The exit status is the application's own; 125 if the trace failed before it was started, "
+      "The exit status is the application's own, 128 and the number of the signal if one ended "
+      "it; 125 if the trace failed before it was started, "
       "126 if it can't be started, 127 if it isn't there, 2 if the options don't say enough.\n"
       "If the application's is 0: 1 if --check found an error, 125 if there's nothing to check, or "
       "if the page can't be written.");

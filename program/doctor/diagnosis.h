@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "launching/fault.h"
+
 namespace vextrel::program {
 
 enum class Verdict {
@@ -32,6 +34,9 @@ class Diagnoses {
   }
   void Wrong(std::string subject, std::string text, std::string remedy) {
     all_.push_back({std::move(subject), Verdict::Wrong, std::move(text), std::move(remedy)});
+  }
+  void Wrong(std::string subject, Fault fault) {
+    Wrong(std::move(subject), std::move(fault.text), std::move(fault.remedy));
   }
   [[nodiscard]] const std::vector<Diagnosis>& All() const noexcept { return all_; }
   // The first one that keeps a trace from working, or null.

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 
+#include "images/file_bytes.h"
 #include "launching/system.h"
 
 namespace vextrel::program {
@@ -280,6 +281,25 @@ class ConfigReader {
 
 LogConfig ReadLogConfig(std::string_view text, const Variables& variables) {
   return ConfigReader(variables).Read(text);
+}
+
+Fault FaultOf(const ConfigProblem& problem, const std::filesystem::path& file) {
+  const std::string place =
+      problem.line == 0
+          ? fmt::format("the configuration '{}'", TextOf(file))
+          : fmt::format("the configuration '{}', line {}:", TextOf(file), problem.line);
+  return {place + " " + problem.text, problem.remedy};
+}
+
+std::optional<Fault> FaultOfConfigFile(const std::filesystem::path& file) {
+  if (ReadBytes(file, 1)) {
+    return std::nullopt;
+  }
+  std::error_code error;
+  const char* const why = std::filesystem::is_directory(file, error) ? "is a folder"
+                          : std::filesystem::exists(file, error)     ? "can't be read"
+                                                                     : "isn't there";
+  return Fault{fmt::format("the configuration '{}' {}", TextOf(file), why), "name a property file"};
 }
 
 }  // namespace vextrel::program

@@ -4,10 +4,13 @@
 #define VEXTREL_PROGRAM_DOCTOR_LOG_CONFIG_H
 
 #include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
@@ -26,6 +29,12 @@ struct LogConfig {
 };
 
 [[nodiscard]] LogConfig ReadLogConfig(std::string_view text, const Variables& variables);
+
+// What can be said of a problem in `file`.
+[[nodiscard]] Fault FaultOf(const ConfigProblem& problem, const std::filesystem::path& file);
+
+// Why there's no configuration to be read. Nothing if there is.
+[[nodiscard]] std::optional<Fault> FaultOfConfigFile(const std::filesystem::path& file);
 
 }  // namespace vextrel::program
 

@@ -13,35 +13,26 @@ namespace {
 
 constexpr const char* kConfiguration = "configuration";
 
-void LookAtConfigFile(const std::string& path, const Setup& setup, Facts& facts,
+void LookAtConfigFile(const fs::path& file, const Setup& setup, Facts& facts,
                       Diagnoses& diagnoses) {
-  std::error_code error;
-  const fs::path file = PathOf(path);
-  const std::optional<std::string> text = ReadBytes(file);
-  if (!text) {
-    diagnoses.Wrong(kConfiguration,
-                    fmt::format("'{}' {}", path,
-                                fs::is_directory(file, error) ? "is a folder"
-                                : fs::exists(file, error)     ? "can't be read"
-                                                              : "isn't there"),
-                    fmt::format("name a property file in {}", kConfigVariable));
+  if (const std::optional<Fault> fault = FaultOfConfigFile(file)) {
+    diagnoses.Wrong(kConfiguration, *fault);
     return;
   }
-  const LogConfig config = ReadLogConfig(*text, setup.variables);
+  const LogConfig config = ReadLogConfig(ReadBytes(file).value_or(std::string()), setup.variables);
   for (const ConfigProblem& problem : config.problems) {
-    const std::string place = problem.line == 0 ? fmt::format("'{}'", path)
-                                                : fmt::format("'{}', line {}:", path, problem.line);
+    const Fault fault = FaultOf(problem, file);
     if (problem.isFatal) {
-      diagnoses.Wrong(kConfiguration, place + " " + problem.text, problem.remedy);
+      diagnoses.Wrong(kConfiguration, fault);
     } else {
-      diagnoses.Note(kConfiguration, place + " " + problem.text, problem.remedy);
+      diagnoses.Note(kConfiguration, fault.text, fault.remedy);
     }
   }
   for (const std::string& log : config.files) {
     facts.logs.push_back(PathOf(log));
   }
   if (config.problems.empty()) {
-    diagnoses.Fine(kConfiguration, fmt::format("'{}' can be read", path));
+    diagnoses.Fine(kConfiguration, fmt::format("'{}' can be read", TextOf(file)));
   }
 }
 
@@ -86,7 +77,7 @@ void LookAtConfiguration(const Setup& setup, Facts& facts, Diagnoses& diagnoses)
                     fmt::format("set {}, or write the path itself", missing));
     return;
   }
-  LookAtConfigFile(*path, setup, facts, diagnoses);
+  LookAtConfigFile(PathOf(*path), setup, facts, diagnoses);
 }
 
 }  // namespace vextrel::program

@@ -2,8 +2,6 @@
 // The ends of the way: the log's file and the application.
 #include <fmt/format.h>
 
-#include <fstream>
-
 #include "doctor/consumers.h"
 #include "doctor/looks.h"
 #include "images/file_bytes.h"
@@ -23,44 +21,37 @@ constexpr const char* kApplication = "application";
 // What a fast camera's log takes in a few minutes.
 constexpr std::uint64_t kLittleSpace = std::uint64_t{1} << 30U;
 
-void LookAtFolder(const fs::path& folder, const std::string& log, Diagnoses& diagnoses) {
-  const std::string remedy = "free some space, or let the log go elsewhere";
-  if (const std::string why = WhyNotWritable(folder); !why.empty()) {
-    diagnoses.Wrong(kLog, fmt::format("'{}' can't be written: {}", log, why),
-                    "make the folder, allow the user to write there, or name another file");
-    return;
-  }
+// `what` is a log, or a folder for logs, that can be written.
+void LookAtDisk(const fs::path& folder, const std::string& what, Diagnoses& diagnoses) {
   if (IsOnNetwork(folder)) {
     diagnoses.Note(kLog,
-                   fmt::format("'{}' is on another machine: each line waits for the network", log),
+                   fmt::format("'{}' is on another machine: each line waits for the network", what),
                    "log to a disk of this machine");
   }
   const std::uint64_t space = SpaceIn(folder);
   if (space < kLittleSpace) {
     diagnoses.Note(
         kLog,
-        fmt::format("the disk of '{}' has {} MB left; an hour can take 5,000", log, space >> 20U),
-        remedy);
+        fmt::format("the disk of '{}' has {} MB left; an hour can take 5,000", what, space >> 20U),
+        "free some space, or let the log go elsewhere");
   } else {
-    diagnoses.Fine(kLog, fmt::format("'{}' can be written", log));
+    diagnoses.Fine(kLog, fmt::format("'{}' can be written", what));
   }
 }
 
 void LookAtLogFile(const fs::path& log, Diagnoses& diagnoses) {
   std::error_code error;
   const std::string name = TextOf(log);
-  if (fs::exists(log, error)) {
-    if (!std::ofstream(log, std::ios::app).is_open()) {
-      diagnoses.Wrong(kLog, fmt::format("'{}' can't be written by this user", name),
-                      "remove it, or allow the user to write it");
-      return;
-    }
+  if (const std::optional<Fault> fault = FaultOfLog(log)) {
+    diagnoses.Wrong(kLog, *fault);
+    return;
+  }
+  if (fs::is_regular_file(log, error)) {
     diagnoses.Note(
         kLog, fmt::format("'{}' is there already, with {} bytes: new lines go to its end", name,
                           fs::file_size(log, error)));
   }
-  LookAtFolder(log.has_parent_path() ? log.parent_path() : fs::current_path(error), name,
-               diagnoses);
+  LookAtDisk(log.has_parent_path() ? log.parent_path() : fs::current_path(error), name, diagnoses);
 }
 
 void LookAtConsumer(const fs::path& file, const Facts& facts, const Image& image,
@@ -93,11 +84,13 @@ void LookAtLog(const Setup& setup, const Facts& facts, Diagnoses& diagnoses) {
   std::error_code error;
   const fs::path here = fs::current_path(error);
   const fs::path data = UserDataFolder(setup.variables);
-  if (WhyNotWritable(here).empty() || data.empty()) {
-    LookAtFolder(here, TextOf(here), diagnoses);
+  const std::optional<Fault> fault = FaultOfFolder(here);
+  if (!fault) {
+    LookAtDisk(here, TextOf(here), diagnoses);
+  } else if (data.empty()) {
+    diagnoses.Wrong(kLog, "no log can be written: " + fault->text, "name a file with --log");
   } else {
-    diagnoses.Note(kLog, fmt::format("'{}' can't be written: logs go to '{}'", TextOf(here),
-                                     TextOf(data / "vextrel")));
+    diagnoses.Note(kLog, fmt::format("{}: logs go to '{}'", fault->text, TextOf(data / "vextrel")));
   }
 }
 
@@ -108,19 +101,10 @@ void LookAtApplication(const Setup& setup, const Facts& facts, Diagnoses& diagno
   try {
     const fs::path file = FindApplication(setup.application, setup.variables);
     CheckApplication(file);
-    const Image image = ReadImage(file);
-    if (image.wantsElevation && !IsElevated()) {
-      diagnoses.Wrong(
-          kApplication,
-          fmt::format("'{}' runs as an administrator only, and gets variables of its own then",
-                      TextOf(file)),
-          "start it from the command prompt of an administrator");
-      return;
-    }
-    LookAtConsumer(file, facts, image, diagnoses);
+    LookAtConsumer(file, facts, ReadImage(file), diagnoses);
     diagnoses.Fine(kApplication, fmt::format("'{}' can load a 64-bit producer", TextOf(file)));
   } catch (const LaunchFailure& failure) {
-    diagnoses.Wrong(kApplication, failure.what(), "name the application's own 64-bit program");
+    diagnoses.Wrong(kApplication, failure.Why());
   }
 }
 

@@ -11,6 +11,7 @@
 #include "launching/failure.h"
 #include "launching/gentl_functions.h"
 #include "launching/system.h"
+#include "launching/trace_folder.h"
 
 namespace vextrel::program {
 
@@ -43,12 +44,8 @@ fs::path TargetOf(const Setup& setup, const Facts& facts, Diagnoses& diagnoses) 
     }
     return PathOf(*path);
   }
-  if (facts.others.size() != 1) {
-    diagnoses.Wrong(kTarget,
-                    facts.others.empty() ? fmt::format("{} leads to no producer", kPathVariable)
-                                         : fmt::format("{} leads to {} producers", kPathVariable,
-                                                       facts.others.size()),
-                    "name one with --target");
+  if (const std::optional<Fault> fault = FaultOfChoice(facts.others, !facts.ours.empty())) {
+    diagnoses.Wrong(kTarget, *fault);
     return {};
   }
   return facts.others.front();
@@ -95,41 +92,17 @@ void LookAtTarget(const Setup& setup, Facts& facts, Diagnoses& diagnoses) {
   if (target.empty()) {
     return;
   }
-  const std::string name = TextOf(target);
-  std::error_code error;
-  if (!fs::exists(target, error)) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' isn't there", name),
-                    "name the producer's .cti file");
+  if (const std::optional<Fault> fault = FaultOfTarget(target)) {
+    diagnoses.Wrong(kTarget, *fault);
     return;
   }
-  if (fs::is_directory(target, error)) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' is a folder", name), "name the .cti file in it");
-    return;
-  }
-  if (!ReadBytes(target, 1)) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' can't be read by this user", name),
-                    "allow the user to read it");
-    return;
-  }
-  if (IsVextrel(target)) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' is Vextrel itself", name),
-                    "name the producer of the camera's maker");
-    return;
-  }
-  if (!NarrowPath(target)) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' has letters that the module can't read", name),
-                    "copy the maker's software to a path in the letters of the system's code page");
+  if (const std::optional<Fault> letters = FaultOfLetters(target)) {
+    diagnoses.Wrong(kTarget, *letters);
   }
   facts.target = target;
   facts.targetImage = ReadImage(target);
-  const std::string why = WhyNotATarget(facts.targetImage, kOwnImageKind);
-  facts.targetIsSound = why.empty();
-  if (!why.empty()) {
-    diagnoses.Wrong(kTarget, fmt::format("'{}' {}", name, why),
-                    "name a 64-bit producer for this system");
-  } else {
-    diagnoses.Fine(kTarget, fmt::format("'{}' is a 64-bit module", name));
-  }
+  facts.targetIsSound = true;
+  diagnoses.Fine(kTarget, fmt::format("'{}' is a 64-bit producer", TextOf(target)));
 }
 
 void LookForASecondWayToTheTarget(const Facts& facts, Diagnoses& diagnoses) {

@@ -17,41 +17,14 @@ constexpr const char* kSubject = "variables";
 // What Windows gives a program of a variable at most.
 constexpr std::size_t kMostOfAVariable = 32767;
 
-// What keeps an entry from being a path: a sentence's end and a remedy, or nothing.
-std::pair<std::string, std::string> FaultOf(const PathEntry& entry) {
-  const std::string& text = entry.text;
-  if (entry.exists) {
-    return {};
-  }
-  if (text.find('"') != std::string::npos || text.front() == '\'') {
-    return {"has quotes, which consumers take for a part of the path", "leave them out"};
-  }
-  const char wrong = kListSeparator == ';' ? ':' : ';';
-  // A colon follows the letter of a drive.
-  if (const std::size_t at = text.find(wrong, kListSeparator == ';' ? 2 : 0);
-      at != std::string::npos) {
-    return {fmt::format("has '{}' between its parts", wrong),
-            fmt::format("separate folders with '{}'", kListSeparator)};
-  }
-  if (text.front() == ' ' || text.back() == ' ' || text.back() == '\t') {
-    return {"has a blank at its beginning or end", "remove it"};
-  }
-  if (text.front() == '~' || text.find('%') != std::string::npos ||
-      text.find('$') != std::string::npos) {
-    return {"has a reference that nobody replaces", "write the whole path"};
-  }
-  return {"isn't there", "correct the path, or remove the entry"};
-}
-
 void LookAtEntries(Facts& facts, Diagnoses& diagnoses) {
   for (const PathEntry& entry : facts.entries) {
-    if (const auto [fault, remedy] = FaultOf(entry); !fault.empty()) {
-      const std::string text = fmt::format("'{}' in {} {}", entry.text, kPathVariable, fault);
+    if (const std::optional<Fault> fault = FaultOfEntry(entry, kListSeparator)) {
       // Other entries can still lead to Vextrel, or to a target.
       if (facts.ours.empty() && facts.others.empty()) {
-        diagnoses.Wrong(kSubject, text, remedy);
+        diagnoses.Wrong(kSubject, *fault);
       } else {
-        diagnoses.Note(kSubject, text, remedy);
+        diagnoses.Note(kSubject, fault->text, fault->remedy);
       }
     } else if (entry.producers.empty()) {
       diagnoses.Note(kSubject,
@@ -73,8 +46,7 @@ void LookAtProgram(const Setup& setup, Diagnoses& diagnoses) {
        {std::pair<const char*, fs::path>{"vextrel.cti", setup.modules.standard},
         {"vextrel_extended.cti", setup.modules.extended}}) {
     if (path.empty()) {
-      diagnoses.Wrong("program", fmt::format("{} isn't where it belongs beside this program", name),
-                      "unpack the whole package");
+      diagnoses.Wrong("program", FaultOfPackage(name));
     }
   }
 }
@@ -82,18 +54,12 @@ void LookAtProgram(const Setup& setup, Diagnoses& diagnoses) {
 void LookAtVariables(const Setup& setup, Facts& facts, Diagnoses& diagnoses) {
   const std::optional<std::string> value = setup.variables.Find(kPathVariable);
   if (!value) {
-    if (setup.variables.Find(kPathVariable32)) {
-      diagnoses.Wrong(
-          kSubject,
-          fmt::format("{} is set, and {} isn't: 64-bit applications read only the latter",
-                      kPathVariable32, kPathVariable),
-          fmt::format("set {}", kPathVariable));
+    const Fault fault = *FaultOfPathVariable(setup.variables);
+    if (setup.variables.Find(kPathVariable32) || (!facts.isSetUp && setup.target.empty())) {
+      diagnoses.Wrong(kSubject, fault);
     } else if (facts.isSetUp) {
-      diagnoses.Wrong(kSubject, fmt::format("{} isn't set", kPathVariable),
+      diagnoses.Wrong(kSubject, fault.text,
                       "set it to the folder that has the module, or use 'vextrel trace'");
-    } else if (setup.target.empty()) {
-      diagnoses.Wrong(kSubject, fmt::format("{} isn't set, so there's no target", kPathVariable),
-                      "name the producer with --target");
     } else {
       diagnoses.Fine(kSubject,
                      fmt::format("{} isn't set, which 'vextrel trace' will do", kPathVariable));

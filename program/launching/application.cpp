@@ -6,6 +6,7 @@
 
 #include "images/file_bytes.h"
 #include "launching/failure.h"
+#include "launching/process.h"
 #include "launching/system.h"
 
 namespace vextrel::program {
@@ -72,6 +73,29 @@ std::string_view StarterOf(const fs::path& file) {
   return {};
 }
 
+// A file that isn't a program, on Linux.
+std::optional<Fault> WhyNotAScript(std::string_view front) {
+  if (!front.starts_with("#!")) {
+    return Fault{"is no program, and no script whose first line names an interpreter",
+                 "put the program that opens it in front of it"};
+  }
+  std::error_code ignored;
+  const std::string interpreter = InterpreterOf(front);
+  if (!fs::exists(PathOf(interpreter), ignored)) {
+    return Fault{"needs the interpreter '" + interpreter + "', which isn't there",
+                 "install it, or correct the script's first line"};
+  }
+  return std::nullopt;
+}
+
+// On Windows.
+Fault WhyNotAProgram(const fs::path& file) {
+  const std::string_view starter = StarterOf(file);
+  return starter.empty() ? Fault{"is no program", "put the one that opens it in front of it"}
+                         : Fault{"is a script, which needs its interpreter",
+                                 "put '" + std::string(starter) + "' in front of it"};
+}
+
 }  // namespace
 
 fs::path FindApplication(const std::string& name, const Variables& variables) {
@@ -80,7 +104,9 @@ fs::path FindApplication(const std::string& name, const Variables& variables) {
   if (HasFolder(name)) {
     found = WithEnding(PathOf(name));
     if (found.empty() && fs::is_directory(PathOf(name), error)) {
-      throw LaunchFailure(kExitNotExecutable, "'" + name + "' is a folder, not an application");
+      throw LaunchFailure(
+          kExitNotExecutable,
+          Fault{"'" + name + "' is a folder, not an application", "name the program in it"});
     }
   } else {
     fs::path notExecutable;
@@ -95,60 +121,54 @@ fs::path FindApplication(const std::string& name, const Variables& variables) {
     found = found.empty() ? notExecutable : found;
   }
   if (found.empty()) {
-    throw LaunchFailure(kExitNotFound, "there's no application '" + name + "'" +
-                                           (HasFolder(name) ? "" : " in the folders of PATH"));
+    throw LaunchFailure(kExitNotFound, Fault{"there's no application '" + name + "'" +
+                                                 (HasFolder(name) ? "" : " in the folders of PATH"),
+                                             "name the application's own program"});
   }
   if (!IsExecutable(found)) {
-    throw LaunchFailure(kExitNotExecutable,
-                        "'" + TextOf(found) + "' may not be executed: chmod +x makes it a program");
+    throw LaunchFailure(kExitNotExecutable, Fault{"'" + TextOf(found) + "' may not be executed",
+                                                  "chmod +x makes it a program"});
   }
   return fs::absolute(found, error);
 }
 
-std::string WhyNotTraceable(const Image& image, std::string_view front, const fs::path& file,
-                            ImageKind ownKind) {
+std::optional<Fault> WhyNotTraceable(const Image& image, std::string_view front,
+                                     const fs::path& file, const Starter& starter) {
+  const bool isOnLinux = starter.kind == ImageKind::Elf;
   if (image.kind == ImageKind::None) {
-    if (ownKind == ImageKind::Elf && front.starts_with("#!")) {
-      std::error_code error;
-      const std::string interpreter = InterpreterOf(front);
-      return fs::exists(PathOf(interpreter), error)
-                 ? ""
-                 : "needs the interpreter '" + interpreter + "', which isn't there";
-    }
-    if (ownKind == ImageKind::Pe) {
-      if (const std::string_view starter = StarterOf(file); !starter.empty()) {
-        return "is a script, which needs its interpreter: put '" + std::string(starter) +
-               "' in front of it";
-      }
-    }
-    return ownKind == ImageKind::Elf
-               ? "is no program, and no script whose first line names an interpreter"
-               : "is no program: put the one that opens it in front of it";
+    return isOnLinux ? WhyNotAScript(front) : WhyNotAProgram(file);
   }
-  if (image.kind != ownKind) {
-    return image.kind == ImageKind::Pe
-               ? "is a Windows application: trace it on Windows, with the package for Windows"
-               : "is a Linux application: trace it on Linux, with the package for Linux";
+  if (image.kind != starter.kind) {
+    return isOnLinux
+               ? Fault{"is a Windows application",
+                       "trace it on Windows, with the package for Windows"}
+               : Fault{"is a Linux application", "trace it on Linux, with the package for Linux"};
   }
   if (image.machine == Machine::X86 && !image.runsOnAnyMachine) {
-    return "is a 32-bit application, which can't load a 64-bit producer: trace its 64-bit edition";
+    return Fault{"is a 32-bit application, which can't load a 64-bit producer",
+                 "trace its 64-bit edition"};
   }
   if (image.machine != Machine::X64 && !image.runsOnAnyMachine) {
-    return "is an application for " + std::string(MachineName(image.machine)) +
-           ", and Vextrel is for x64";
+    return Fault{"is an application for " + std::string(MachineName(image.machine)) +
+                     ", and Vextrel is for x64",
+                 "trace its edition for x64"};
   }
   if (image.isLibrary) {
-    return "is a library, not an application";
+    return Fault{"is a library, not an application", "name the program that loads it"};
   }
-  return "";
+  if (image.wantsElevation && !starter.isElevated) {
+    return WhyNotStarted(kWantsElevation);
+  }
+  return std::nullopt;
 }
 
 void CheckApplication(const fs::path& file) {
   constexpr std::size_t enough = 512;
-  const std::string why = WhyNotTraceable(
-      ReadImage(file), ReadBytes(file, enough).value_or(std::string()), file, kOwnImageKind);
-  if (!why.empty()) {
-    throw LaunchFailure(kExitNotExecutable, "'" + TextOf(file) + "' " + why);
+  if (std::optional<Fault> why =
+          WhyNotTraceable(ReadImage(file), ReadBytes(file, enough).value_or(std::string()), file,
+                          {kOwnImageKind, IsElevated()})) {
+    why->text = "'" + TextOf(file) + "' " + why->text;
+    throw LaunchFailure(kExitNotExecutable, *why);
   }
 }
 

@@ -4,9 +4,11 @@
 #define VEXTREL_PROGRAM_LAUNCHING_APPLICATION_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "images/image.h"
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
@@ -18,10 +20,17 @@ namespace vextrel::program {
 // Throws LaunchFailure with a sentence if a 64-bit producer of this system can't be loaded by it.
 void CheckApplication(const std::filesystem::path& file);
 
-// The same, for the headers `image` of a file that begins with `front`. Returns the sentence
-// without the file's name, or an empty text. `ownKind` is what this system's programs are.
-[[nodiscard]] std::string WhyNotTraceable(const Image& image, std::string_view front,
-                                          const std::filesystem::path& file, ImageKind ownKind);
+// What this system's programs are, and whether those that we start have an administrator's rights.
+struct Starter {
+  ImageKind kind = ImageKind::None;
+  bool isElevated = false;
+};
+
+// The same, for the headers `image` of a file that begins with `front`. Nothing if it can. The text
+// comes without the file's name.
+[[nodiscard]] std::optional<Fault> WhyNotTraceable(const Image& image, std::string_view front,
+                                                   const std::filesystem::path& file,
+                                                   const Starter& starter);
 
 }  // namespace vextrel::program
 

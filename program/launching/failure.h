@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "launching/fault.h"
+
 namespace vextrel::program {
 
 inline constexpr int kExitChoice = 2;  // the command line has to say more
@@ -18,11 +20,16 @@ inline constexpr int kExitNotFound = 127;
 class LaunchFailure : public std::runtime_error {
  public:
   LaunchFailure(int status, const std::string& sentence)
-      : std::runtime_error(sentence), status_(status) {}
+      : std::runtime_error(sentence), status_(status), why_{sentence, ""} {}
+  LaunchFailure(int status, const Fault& why)
+      : std::runtime_error(why.Sentence()), status_(status), why_(why) {}
   [[nodiscard]] int Status() const noexcept { return status_; }
+  // The sentence in its two parts; without a remedy if nothing is known to help.
+  [[nodiscard]] const Fault& Why() const noexcept { return why_; }
 
  private:
   int status_;
+  Fault why_;
 };
 
 }  // namespace vextrel::program

@@ -20,15 +20,16 @@ LogFile NamedLogFile(const std::string& named) {
   const fs::path path = fs::absolute(PathOf(named), error);
   if (fs::exists(path, error)) {
     if (!fs::is_regular_file(path, error)) {
-      throw LaunchFailure(kExitOwnFailure, "the log '" + named + "' isn't a file: give a new name");
+      throw LaunchFailure(kExitOwnFailure,
+                          Fault{"the log '" + named + "' isn't a file", "give a new name"});
     }
     if (fs::file_size(path, error) > 0) {
-      throw LaunchFailure(kExitOwnFailure, "the log '" + named +
-                                               "' exists already: remove it, or give another name");
+      throw LaunchFailure(kExitOwnFailure, Fault{"the log '" + named + "' exists already",
+                                                 "remove it, or give another name"});
     }
   }
-  if (const std::string why = WhyNotWritable(path.parent_path()); !why.empty()) {
-    throw LaunchFailure(kExitOwnFailure, "the log '" + named + "' can't be written: " + why);
+  if (const std::optional<Fault> fault = FaultOfLog(path)) {
+    throw LaunchFailure(kExitOwnFailure, *fault);
   }
   return {path, ""};
 }
@@ -41,21 +42,72 @@ std::uint64_t SpaceIn(const fs::path& folder) {
   return error ? UINT64_MAX : space.available;
 }
 
-std::string WhyNotWritable(const fs::path& folder) {
+std::optional<Fault> FaultOfFolder(const fs::path& folder) {
   std::error_code error;
+  const std::string name = "'" + TextOf(folder) + "'";
   if (!fs::is_directory(folder, error)) {
-    return "there's no folder '" + TextOf(folder) + "'";
+    return Fault{"there's no folder " + name, "make it, or name another file"};
   }
   const fs::path probe = folder / (".vextrel-" + std::to_string(OwnProcessId()));
+  bool takesBytes = true;
   {
     std::ofstream file(probe, std::ios::binary);
     if (!file.is_open()) {
-      return "this user may not write to the folder '" + TextOf(folder) + "'";
+      return Fault{"this user may not write to the folder " + name,
+                   "allow it, or name a file in another folder"};
     }
+    // A user's share of a disk can be used up while the disk has space.
+    constexpr std::size_t block = 4096;
+    file << std::string(block, ' ') << std::flush;
+    takesBytes = file.good();
   }
   fs::remove(probe, error);
+  const std::string remedy = "free some space, or name a file on another disk";
+  if (!takesBytes) {
+    return Fault{"the disk of " + name + " takes no more from this user", remedy};
+  }
   if (SpaceIn(folder) < kLeastSpace) {
-    return "the disk of '" + TextOf(folder) + "' is full";
+    return Fault{"the disk of " + name + " is full", remedy};
+  }
+  return std::nullopt;
+}
+
+std::optional<Fault> FaultOfLog(const fs::path& log) {
+  std::error_code error;
+  const std::string text = "the log '" + TextOf(log) + "' can't be written";
+  const fs::path folder = log.has_parent_path() ? log.parent_path() : fs::current_path(error);
+  if (!fs::exists(log, error)) {
+    std::optional<Fault> fault = FaultOfFolder(folder);
+    if (fault) {
+      fault->text = text + ": " + fault->text;
+    }
+    return fault;
+  }
+  // One that's there doesn't need a folder that the user may write to, and a device has no disk.
+  if (!std::ofstream(log, std::ios::app).is_open()) {
+    return Fault{text + " by this user", "remove it, or allow the user to write it"};
+  }
+  if (fs::is_regular_file(log, error) && SpaceIn(folder) < kLeastSpace) {
+    return Fault{text + ": the disk of '" + TextOf(folder) + "' is full",
+                 "free some space, or name a file on another disk"};
+  }
+  return std::nullopt;
+}
+
+std::string WhyCutShort(const fs::path& log) {
+  std::error_code error;
+  const bool exists = fs::exists(log, error);
+  if (exists && !fs::is_regular_file(log, error)) {
+    return "";
+  }
+  if (SpaceIn(log.parent_path()) < kLeastSpace) {
+    return "the disk of the log is full: its end may be missing";
+  }
+  std::ifstream file(log, std::ios::binary | std::ios::ate);
+  if (exists && file.tellg() > 0 && file.seekg(-1, std::ios::end).get() != '\n') {
+    return "the log ends in the middle of a line: its disk was full, or the application ended "
+           "while "
+           "it wrote";
   }
   return "";
 }
@@ -75,19 +127,22 @@ LogFile ChooseLogFile(const std::string& named, const fs::path& application,
   const std::string name = LogName(application, *std::localtime(&now), OwnProcessId());
   std::error_code error;
   const fs::path here = fs::current_path(error);
-  const std::string why = error ? "the working folder is gone" : WhyNotWritable(here);
-  if (why.empty()) {
+  const std::optional<Fault> fault =
+      error ? Fault{"the working folder is gone", ""} : FaultOfFolder(here);
+  if (!fault) {
     return {here / PathOf(name), ""};
   }
   const fs::path data = UserDataFolder(variables);
   const fs::path folder = data / "vextrel";
   fs::create_directories(folder, error);
-  if (const std::string other = data.empty() ? "no other folder is known" : WhyNotWritable(folder);
-      !other.empty()) {
-    throw LaunchFailure(kExitOwnFailure, "no log can be written: " + why + ", and " + other +
-                                             "; name a file with --log");
+  const std::optional<Fault> other =
+      data.empty() ? Fault{"no other folder is known", ""} : FaultOfFolder(folder);
+  if (other) {
+    throw LaunchFailure(kExitOwnFailure,
+                        Fault{"no log can be written: " + fault->text + ", and " + other->text,
+                              "name a file with --log"});
   }
-  return {folder / PathOf(name), why};
+  return {folder / PathOf(name), fault->text};
 }
 
 }  // namespace vextrel::program

@@ -6,14 +6,22 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <optional>
 #include <string>
 
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
 
-// Why no log can be written to a folder: empty if one can.
-[[nodiscard]] std::string WhyNotWritable(const std::filesystem::path& folder);
+// Why no log can be written to a folder. Nothing if one can.
+[[nodiscard]] std::optional<Fault> FaultOfFolder(const std::filesystem::path& folder);
+
+// Why the log can't be written, a new one or more of one that's there. Nothing if it can.
+[[nodiscard]] std::optional<Fault> FaultOfLog(const std::filesystem::path& log);
+
+// Why the end of a log may be missing, as a sentence: empty if nothing says so.
+[[nodiscard]] std::string WhyCutShort(const std::filesystem::path& log);
 
 // What a file system has to have left for a log to be worth starting, in bytes.
 inline constexpr std::uint64_t kLeastSpace = std::uint64_t{4} << 20U;

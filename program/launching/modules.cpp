@@ -42,23 +42,26 @@ fs::path Absolute(const fs::path& path) {
   return error ? path : absolute;
 }
 
-fs::path CheckedTarget(const std::string& named) {
-  const fs::path path = PathOf(named);
-  std::error_code error;
-  if (fs::is_directory(path, error)) {
-    throw LaunchFailure(kExitOwnFailure,
-                        "the target '" + named + "' is a folder: name the .cti file in it");
+// The only producer that the variable shows.
+fs::path TargetOfVariable(const Variables& variables) {
+  if (const std::optional<Fault> fault = FaultOfPathVariable(variables)) {
+    throw LaunchFailure(kExitOwnFailure, *fault);
   }
-  if (!fs::exists(path, error)) {
-    throw LaunchFailure(kExitOwnFailure, "there's no target '" + named +
-                                             "': name the .cti file of the camera's maker");
+  const std::vector<PathEntry> entries =
+      ReadSearchPath(*variables.Find(kPathVariable), kListSeparator);
+  std::vector<fs::path> producers = ProducersOf(entries);
+  const bool showsVextrel = std::erase_if(producers, IsVextrel) > 0;
+  if (producers.empty()) {
+    for (const PathEntry& entry : entries) {
+      if (const std::optional<Fault> fault = FaultOfEntry(entry, kListSeparator)) {
+        throw LaunchFailure(kExitOwnFailure, *fault);
+      }
+    }
   }
-  if (IsVextrel(path)) {
-    throw LaunchFailure(kExitOwnFailure, "the target '" + named +
-                                             "' is Vextrel itself: name the producer that it is "
-                                             "to trace");
+  if (const std::optional<Fault> fault = FaultOfChoice(producers, showsVextrel)) {
+    throw LaunchFailure(producers.empty() ? kExitOwnFailure : kExitChoice, *fault);
   }
-  return Absolute(path);
+  return producers.front();
 }
 
 }  // namespace
@@ -74,33 +77,57 @@ bool IsVextrel(const fs::path& file) {
 }
 
 fs::path FindTarget(const std::string& named, const Variables& variables) {
-  if (!named.empty()) {
-    return CheckedTarget(named);
+  const fs::path target = named.empty() ? TargetOfVariable(variables) : PathOf(named);
+  if (const std::optional<Fault> fault = FaultOfTarget(target)) {
+    throw LaunchFailure(kExitOwnFailure, *fault);
   }
-  const std::optional<std::string> value = variables.Find(kPathVariable);
-  if (!value) {
-    throw LaunchFailure(kExitOwnFailure, std::string("there's no target: ") + kPathVariable +
-                                             " isn't set; name a .cti file with --target");
+  return Absolute(target);
+}
+
+std::optional<Fault> FaultOfChoice(const std::vector<fs::path>& others, bool showsVextrel) {
+  if (others.empty()) {
+    return Fault{std::string(kPathVariable) +
+                     (showsVextrel ? " leads to Vextrel only" : " leads to no producer"),
+                 "name one with --target"};
   }
-  std::vector<fs::path> producers = ProducersOf(ReadSearchPath(*value, kListSeparator));
-  const bool hadAny = !producers.empty();
-  std::erase_if(producers, IsVextrel);
-  if (producers.empty()) {
-    throw LaunchFailure(kExitOwnFailure,
-                        std::string("there's no target: ") + kPathVariable +
-                            (hadAny ? " leads to Vextrel only" : " leads to no .cti file") +
-                            "; name one with --target");
+  if (others.size() == 1) {
+    return std::nullopt;
   }
-  if (producers.size() > 1) {
-    std::string sentence = std::string(kPathVariable) + " leads to " +
-                           std::to_string(producers.size()) +
-                           " producers; choose one with --target:";
-    for (const fs::path& producer : producers) {
-      sentence += " '" + TextOf(producer) + "'";
-    }
-    throw LaunchFailure(kExitChoice, sentence);
+  std::string text =
+      std::string(kPathVariable) + " leads to " + std::to_string(others.size()) + " producers";
+  for (const fs::path& producer : others) {
+    text += ", '" + TextOf(producer) + "'";
   }
-  return Absolute(producers.front());
+  return Fault{text, "choose one with --target"};
+}
+
+std::optional<Fault> FaultOfTarget(const fs::path& target) {
+  const std::string name = "the target '" + TextOf(target) + "' ";
+  std::error_code ignored;
+  if (!fs::exists(target, ignored)) {
+    return Fault{name + "isn't there", "name the .cti file of the camera's maker"};
+  }
+  if (fs::is_directory(target, ignored)) {
+    return Fault{name + "is a folder", "name the .cti file in it"};
+  }
+  if (!ReadBytes(target, 1)) {
+    return Fault{name + "can't be read by this user", "allow the user to read it"};
+  }
+  if (IsVextrel(target)) {
+    return Fault{name + "is Vextrel itself", "name the producer that it is to trace"};
+  }
+  const Image image = ReadImage(target);
+  const std::string why = WhyNotATarget(image, kOwnImageKind);
+  if (why.empty()) {
+    return std::nullopt;
+  }
+  return Fault{name + why, image.isDamaged ? "install the maker's software again"
+                                           : "name a 64-bit producer for this system"};
+}
+
+Fault FaultOfPackage(std::string_view module) {
+  return {std::string(module) + " isn't where it belongs beside this program",
+          "unpack the whole package"};
 }
 
 std::string WhyNotATarget(const Image& image, ImageKind ownKind) {
@@ -111,14 +138,14 @@ std::string WhyNotATarget(const Image& image, ImageKind ownKind) {
     return image.kind == ImageKind::Pe ? "is a module for Windows" : "is a module for Linux";
   }
   if (image.machine == Machine::X86) {
-    return "is a 32-bit module: use the 64-bit edition of the maker's software";
+    return "is a 32-bit module";
   }
   if (image.machine != Machine::X64) {
     return "is a module for " + std::string(MachineName(image.machine)) +
            ", and Vextrel is for x64";
   }
   if (image.isDamaged) {
-    return "is damaged: install the maker's software again";
+    return "is damaged";
   }
   if (!image.isLibrary) {
     return "is a program, not a module";
@@ -127,13 +154,6 @@ std::string WhyNotATarget(const Image& image, ImageKind ownKind) {
     return "isn't a GenTL producer: it doesn't export GCInitLib";
   }
   return "";
-}
-
-void CheckTarget(const fs::path& target) {
-  const std::string why = WhyNotATarget(ReadImage(target), kOwnImageKind);
-  if (!why.empty()) {
-    throw LaunchFailure(kExitOwnFailure, "the target '" + TextOf(target) + "' " + why);
-  }
 }
 
 fs::path ChooseModule(ModuleChoice choice, bool withTiming, const fs::path& target,
@@ -147,10 +167,8 @@ fs::path ChooseModule(ModuleChoice choice, bool withTiming, const fs::path& targ
       (choice == ModuleChoice::Auto && (withTiming || HasNewerFunction(ReadImage(target).exports)));
   const fs::path& module = isExtended ? modules.extended : modules.standard;
   if (module.empty()) {
-    throw LaunchFailure(
-        kExitOwnFailure,
-        std::string(isExtended ? kExtendedName : kStandardName) +
-            " isn't where it belongs beside this program: unpack the whole package");
+    throw LaunchFailure(kExitOwnFailure,
+                        FaultOfPackage(isExtended ? kExtendedName : kStandardName));
   }
   return module;
 }

@@ -4,10 +4,13 @@
 #define VEXTREL_PROGRAM_LAUNCHING_MODULES_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "images/image.h"
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
@@ -27,14 +30,23 @@ struct OwnModules {
 [[nodiscard]] bool IsVextrel(const std::filesystem::path& file);
 
 // The producer that is to be traced, as an absolute path: the one that the user names, or the only
-// one that the variable shows. Throws LaunchFailure if there's none, or more than one.
+// one that the variable shows. Throws LaunchFailure if there's none, more than one, or if it can't
+// be traced.
 [[nodiscard]] std::filesystem::path FindTarget(const std::string& named,
                                                const Variables& variables);
 
-// Throws LaunchFailure if the file isn't a 64-bit producer of this system.
-void CheckTarget(const std::filesystem::path& target);
+// Why the file can't be traced as a target, with its name. Nothing if it can.
+[[nodiscard]] std::optional<Fault> FaultOfTarget(const std::filesystem::path& target);
 
-// Why it isn't: empty if it is. `ownKind` is what this system's modules are.
+// Why none of the producers that the variable shows can be taken for the target by itself. Nothing
+// if one can. `others` are those that aren't Vextrel.
+[[nodiscard]] std::optional<Fault> FaultOfChoice(const std::vector<std::filesystem::path>& others,
+                                                 bool showsVextrel);
+
+// One of our modules isn't where it belongs.
+[[nodiscard]] Fault FaultOfPackage(std::string_view module);
+
+// Why it isn't a 64-bit producer: empty if it is. `ownKind` is what this system's modules are.
 [[nodiscard]] std::string WhyNotATarget(const Image& image, ImageKind ownKind);
 
 // The module for this target. Throws LaunchFailure if it isn't there, or can't do what is asked

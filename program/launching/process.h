@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
@@ -60,9 +61,12 @@ class InterruptionGuard {
   [[nodiscard]] static bool WasInterrupted() noexcept;
 };
 
-// The sentence for a number with which Windows refused to start a program, without the program's
-// name.
-[[nodiscard]] std::string WhyNotStarted(std::uint32_t error);
+// ERROR_ELEVATION_REQUIRED of Windows
+inline constexpr std::uint32_t kWantsElevation = 740;
+
+// What is meant by a number with which Windows refused to start a program. The text comes without
+// the program's name.
+[[nodiscard]] Fault WhyNotStarted(std::uint32_t error);
 
 }  // namespace vextrel::program
 

@@ -46,6 +46,13 @@ std::wstring Block(const Variables& variables) {
   return block;
 }
 
+LaunchFailure NotStarted(const std::filesystem::path& file, DWORD error) {
+  Fault why = WhyNotStarted(error);
+  why.text = "'" + TextOf(file) + "' " + why.text;
+  const bool isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+  return {isMissing ? kExitNotFound : kExitNotExecutable, why};
+}
+
 // A job tells what the application has started. What wants to leave it may, as without us.
 HANDLE MakeJob() {
   HANDLE job = CreateJobObjectW(nullptr, nullptr);
@@ -60,8 +67,7 @@ HANDLE MakeJob() {
 Process::Process(const StartRequest& request) {
   std::wstring line = Wide(QuotedCommandLine(request.arguments));
   if (line.size() >= kMostOfACommandLine) {
-    throw LaunchFailure(kExitNotExecutable, "'" + TextOf(request.file) + "' " +
-                                                WhyNotStarted(ERROR_FILENAME_EXCED_RANGE));
+    throw NotStarted(request.file, ERROR_FILENAME_EXCED_RANGE);
   }
   std::wstring block = Block(request.variables);
   STARTUPINFOW startup{};
@@ -77,11 +83,7 @@ Process::Process(const StartRequest& request) {
   if (CreateProcessW(request.file.c_str(), line.data(), nullptr, nullptr,
                      request.isSilent ? FALSE : TRUE, flags, block.data(), nullptr, &startup,
                      &information) == 0) {
-    const DWORD error = GetLastError();
-    throw LaunchFailure(error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND
-                            ? kExitNotFound
-                            : kExitNotExecutable,
-                        "'" + TextOf(request.file) + "' " + WhyNotStarted(error));
+    throw NotStarted(request.file, GetLastError());
   }
   HANDLE job = MakeJob();
   AssignProcessToJobObject(job, information.hProcess);

@@ -55,6 +55,45 @@ std::vector<PathEntry> ReadSearchPath(std::string_view value, char separator) {
   return entries;
 }
 
+std::optional<Fault> FaultOfPathVariable(const Variables& variables) {
+  if (variables.Find(kPathVariable)) {
+    return std::nullopt;
+  }
+  const std::string name = kPathVariable;
+  if (variables.Find(kPathVariable32)) {
+    return Fault{std::string(kPathVariable32) + " is set, and " + name +
+                     " isn't: 64-bit applications read only the latter",
+                 "set " + name};
+  }
+  return Fault{name + " isn't set, so no producer is found", "name the producer with --target"};
+}
+
+std::optional<Fault> FaultOfEntry(const PathEntry& entry, char separator) {
+  const std::string& text = entry.text;
+  if (entry.exists) {
+    return std::nullopt;
+  }
+  const std::string front = "'" + text + "' in " + kPathVariable + " ";
+  if (text.find('"') != std::string::npos || text.front() == '\'') {
+    return Fault{front + "has quotes, which consumers take for a part of the path",
+                 "leave them out"};
+  }
+  const bool isColonWrong = separator == ';';
+  // A colon follows the letter of a drive.
+  if (text.find(isColonWrong ? ':' : ';', isColonWrong ? 2 : 0) != std::string::npos) {
+    return Fault{front + "has '" + (isColonWrong ? ':' : ';') + "' between its parts",
+                 std::string("separate folders with '") + separator + "'"};
+  }
+  if (text.front() == ' ' || text.back() == ' ' || text.back() == '\t') {
+    return Fault{front + "has a blank at its beginning or end", "remove it"};
+  }
+  if (text.front() == '~' || text.find('%') != std::string::npos ||
+      text.find('$') != std::string::npos) {
+    return Fault{front + "has a reference that nobody replaces", "write the whole path"};
+  }
+  return Fault{front + "isn't there", "correct the path, or remove the entry"};
+}
+
 std::vector<fs::path> ProducersOf(const std::vector<PathEntry>& entries) {
   std::vector<fs::path> producers;
   for (const PathEntry& entry : entries) {

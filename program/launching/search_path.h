@@ -4,9 +4,13 @@
 #define VEXTREL_PROGRAM_LAUNCHING_SEARCH_PATH_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "launching/fault.h"
+#include "launching/variables.h"
 
 namespace vextrel::program {
 
@@ -20,6 +24,12 @@ struct PathEntry {
 
 // Empty entries are left out, as consumers do.
 [[nodiscard]] std::vector<PathEntry> ReadSearchPath(std::string_view value, char separator);
+
+// Why there's no search path. Nothing if there is one.
+[[nodiscard]] std::optional<Fault> FaultOfPathVariable(const Variables& variables);
+
+// Why the entry leads nowhere. Nothing if it's there.
+[[nodiscard]] std::optional<Fault> FaultOfEntry(const PathEntry& entry, char separator);
 
 // The producers of all entries, each once, whatever the paths that lead there.
 [[nodiscard]] std::vector<std::filesystem::path> ProducersOf(const std::vector<PathEntry>& entries);

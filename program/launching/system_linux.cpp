@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <sys/auxv.h>
 #include <sys/statvfs.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -45,7 +46,12 @@ std::vector<std::string> ProgramArguments(int count, char** values) {
 
 fs::path OwnProgram() {
   std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error);
+  fs::path program = fs::read_symlink("/proc/self/exe", error);
+  if (!error) {
+    return program;
+  }
+  // Without /proc, there's still what we were started as.
+  return fs::absolute(reinterpret_cast<const char*>(::getauxval(AT_EXECFN)), error);
 }
 
 std::uint32_t OwnProcessId() {

@@ -13,15 +13,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The module reads variables as text in the system's code page.
 std::string Readable(const fs::path& path) {
-  std::optional<std::string> narrow = NarrowPath(path);
-  if (!narrow) {
-    throw LaunchFailure(kExitOwnFailure, "'" + TextOf(path) +
-                                             "' has letters that the module can't read: use a path "
-                                             "in the letters of the system's code page");
+  if (const std::optional<Fault> fault = FaultOfLetters(path)) {
+    throw LaunchFailure(kExitOwnFailure, *fault);
   }
-  return *std::move(narrow);
+  return *NarrowPath(path);
 }
 
 // A folder that modules can be loaded from, and that a search path can name.
@@ -92,6 +88,14 @@ bool TraceFolder::Remove() noexcept {
   std::error_code error;
   fs::remove_all(folder_, error);
   return !error;
+}
+
+std::optional<Fault> FaultOfLetters(const fs::path& path) {
+  if (NarrowPath(path)) {
+    return std::nullopt;
+  }
+  return Fault{"'" + TextOf(path) + "' has letters that the module can't read",
+               "use a path in the letters of the system's code page"};
 }
 
 Variables TracedVariables(Variables variables, const TraceFolder& folder, const fs::path& target,

@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
+#include "launching/fault.h"
 #include "launching/variables.h"
 
 namespace vextrel::program {
@@ -52,6 +54,10 @@ class TraceFolder {
   std::filesystem::path producers_;
   std::filesystem::path properties_;
 };
+
+// The module reads variables as text in the system's code page. Why it couldn't read this path;
+// nothing if it can.
+[[nodiscard]] std::optional<Fault> FaultOfLetters(const std::filesystem::path& path);
 
 // What the application finds in its environment. `log` may be empty if the configuration names the
 // file itself. Throws LaunchFailure with a sentence if the module couldn't read one of the paths.

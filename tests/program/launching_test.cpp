@@ -144,7 +144,7 @@ TEST(Modules, TargetIsNamedOrTheOnlyOneThatTheVariableShows) {
   fs::copy_file(PathOf(SIMULATED_CAMERA), folder / "second.cti");
   EXPECT_THAT(why(2), testing::AllOf(HasSubstr("camera.cti"), HasSubstr("second.cti")));
   EXPECT_EQ(find(TextOf(folder / "second.cti")), folder / "second.cti");
-  EXPECT_THAT(why(125, TextOf(folder / "none.cti")), HasSubstr("there's no target"));
+  EXPECT_THAT(why(125, TextOf(folder / "none.cti")), HasSubstr("none.cti' isn't there: name"));
   EXPECT_THAT(why(125, TextOf(folder)), HasSubstr("is a folder"));
   EXPECT_THAT(why(125, TextOf(folder / "other.cti")), HasSubstr("is Vextrel itself"));
 }
@@ -170,8 +170,11 @@ TEST(Application, ThatCannotBeTracedIsToldInAPlainSentence) {
   MadeImage made;
   made.isLibrary = false;
   const fs::path file = "app";
-  const auto why = [&](const std::string& bytes, ImageKind kind, const fs::path& name = "app") {
-    return WhyNotTraceable(ParseImage(bytes), bytes.substr(0, 512), name, kind);
+  const auto why = [&](const std::string& bytes, ImageKind kind, const fs::path& name = "app",
+                       bool isElevated = false) {
+    const auto fault =
+        WhyNotTraceable(ParseImage(bytes), bytes.substr(0, 512), name, {kind, isElevated});
+    return fault ? fault->Sentence() : "";
   };
   EXPECT_EQ(why(MadeElf(made), ImageKind::Elf), "");
   EXPECT_EQ(why(MadePe(made), ImageKind::Pe), "");
@@ -191,9 +194,26 @@ TEST(Application, ThatCannotBeTracedIsToldInAPlainSentence) {
   EXPECT_THAT(why("text", ImageKind::Pe), HasSubstr("is no program"));
   EXPECT_THAT(why("text", ImageKind::Elf), HasSubstr("is no program"));
   EXPECT_EQ(why("#!/no/such -x\n", ImageKind::Elf),
-            "needs the interpreter '/no/such', which isn't there");
-  EXPECT_THAT(WhyNotStarted(740), HasSubstr("as an administrator"));
-  EXPECT_THAT(WhyNotStarted(193), HasSubstr("no program for this system"));
+            "needs the interpreter '/no/such', which isn't there: install it, or correct the "
+            "script's first line");
+}
+
+// Wine starts what wants an administrator's rights in any case, so the sentence is tried by itself:
+// before the start, and for the number with which Windows refuses it.
+TEST(Application, ThatWantsAnAdministratorIsToldFromWhere) {
+  MadeImage made;
+  made.isLibrary = false;
+  made.manifest = R"(<requestedExecutionLevel level="requireAdministrator" uiAccess="false"/>)";
+  const Image image = ParseImage(MadePe(made));
+  const std::string sentence =
+      "runs as an administrator only, and gets variables of its own then: open a command prompt as "
+      "an administrator, and start 'vextrel trace' there";
+  const auto refused = WhyNotTraceable(image, "MZ", "app.exe", {ImageKind::Pe, false});
+  ASSERT_TRUE(refused.has_value());
+  EXPECT_EQ(refused->Sentence(), sentence);
+  EXPECT_EQ(WhyNotStarted(740).Sentence(), sentence);
+  EXPECT_FALSE(WhyNotTraceable(image, "MZ", "app.exe", {ImageKind::Pe, true}).has_value());
+  EXPECT_THAT(WhyNotStarted(193).text, HasSubstr("no program for this system"));
 }
 
 TEST(LogFile, IsNewAndCanBeWritten) {
@@ -219,6 +239,34 @@ TEST(LogFile, IsNewAndCanBeWritten) {
   time.tm_mday = 2;
   time.tm_hour = 3;
   EXPECT_EQ(LogName("/opt/my app.exe", time, 4711), "my app-20261102-030000-4711.log");
+}
+
+TEST(LogFile, ThatIsThereNeedsNoFolderToWriteTo) {
+  const ScratchFile log("a line\n", "app.log");
+  const fs::path folder = PathOf(log.Path()).parent_path();
+  EXPECT_FALSE(FaultOfLog(PathOf(log.Path())).has_value());
+  EXPECT_EQ(ReadBytes(PathOf(log.Path())), "a line\n");
+  if (kOwnImageKind == ImageKind::Elf) {
+    EXPECT_FALSE(FaultOfLog("/dev/full").has_value());
+  }
+  const auto why = [](const fs::path& path) {
+    const auto fault = FaultOfLog(path);
+    return fault ? fault->Sentence() : "";
+  };
+  EXPECT_THAT(why(folder), HasSubstr("can't be written by this user: remove it, or allow"));
+  EXPECT_THAT(why(folder / "none" / "app.log"),
+              HasSubstr("app.log' can't be written: there's no folder '"));
+}
+
+TEST(LogFile, ThatEndsInTheMiddleOfALineIsCutShort) {
+  const ScratchFile log("", "app.log");
+  const fs::path path = PathOf(log.Path());
+  EXPECT_EQ(WhyCutShort(path), "");
+  log.Append("a line\n");
+  EXPECT_EQ(WhyCutShort(path), "");
+  log.Append("half a");
+  EXPECT_THAT(WhyCutShort(path), HasSubstr("the log ends in the middle of a line"));
+  EXPECT_EQ(WhyCutShort(path.parent_path() / "none"), "");
 }
 
 TEST(TraceFolder, HoldsTheModuleAloneAndGoes) {

@@ -6,19 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <thread>
 
 #include "images/file_bytes.h"
-#include "launching/system.h"
-#include "launching/variables.h"
 #include "program/made_images.h"
 #include "program/scoped_variable.h"
 #include "program/small_log.h"
+#include "program/trace_fixture.h"
 
 namespace vextrel_test {
 namespace {
@@ -29,41 +23,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace fs = std::filesystem;
-
-const std::vector<std::string> kTarget = {"--target", SIMULATED_CAMERA};
-
-class Trace : public testing::Test {
- protected:
-  // Traces `application`, with the log in the scratch folder.
-  ProgramResult Run(std::vector<std::string> options, std::vector<std::string> application) {
-    logFile = TextOf(folder / ("trace" + std::to_string(++number) + ".log"));
-    std::vector<std::string> arguments = {"trace", "--log", logFile};
-    std::move(options.begin(), options.end(), std::back_inserter(arguments));
-    arguments.emplace_back("--");
-    std::move(application.begin(), application.end(), std::back_inserter(arguments));
-    return RunVextrel(arguments);
-  }
-  [[nodiscard]] std::string Log() const { return ReadBytes(PathOf(logFile)).value_or("no log"); }
-
-  // Folders for temporary files that hold what a trace leaves behind.
-  [[nodiscard]] static std::size_t Leftovers() {
-    std::size_t count = 0;
-    for (const fs::path& folder : TemporaryFolders(ProcessVariables())) {
-      std::error_code ignored;
-      for (fs::directory_iterator file(folder, ignored), end; file != end;
-           file.increment(ignored)) {
-        count += fs::exists(file->path() / "trace.properties", ignored) ? 1 : 0;
-      }
-      break;
-    }
-    return count;
-  }
-
-  ScratchFile scratch{"", "empty"};
-  fs::path folder = PathOf(scratch.Path()).parent_path();
-  std::string logFile;
-  int number = 0;
-};
 
 TEST_F(Trace, MakesAPageOfTheLog) {
   const std::string page = TextOf(folder / "page.html");
@@ -184,28 +143,6 @@ TEST_F(Trace, PassesArgumentsAndStatusUnchanged) {
   EXPECT_EQ(Leftovers(), leftovers);
 }
 
-// Windows tells the whole console, which is the test's own.
-TEST_F(Trace, PassesOnWhatEndsItAndTidiesUp) {
-  if (kOwnImageKind != ImageKind::Elf) {
-    return;
-  }
-  const std::string shown = TextOf(folder / "shown");
-  const ScopedVariable in("SHOW_ITSELF_IN", shown);
-  const ScopedVariable seconds("SHOW_ITSELF_SECONDS", "60");
-  const std::size_t leftovers = Leftovers();
-  std::thread user([&] {
-    while (ReadBytes(PathOf(shown)).value_or("").empty()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    std::raise(SIGINT);
-  });
-  const ProgramResult run = Run(kTarget, {SHOW_ITSELF_PROGRAM});
-  user.join();
-  EXPECT_EQ(run.status, 128 + SIGINT);
-  EXPECT_THAT(run.errors, HasSubstr("the application was ended by signal 2"));
-  EXPECT_EQ(Leftovers(), leftovers);
-}
-
 TEST_F(Trace, SaysWhyNothingWasLogged) {
   // It looks at nothing.
   ScopedVariable in("SHOW_ITSELF_IN", TextOf(folder / "shown"));
@@ -253,7 +190,7 @@ TEST_F(Trace, SaysWhyItCannotStart) {
       {kTarget, {"no-such-application"}, 127, "there's no application 'no-such-application'"},
       {kTarget, {TextOf(folder)}, 126, "is a folder"},
       {kTarget, {text}, 126, "'"},
-      {{"--target", TextOf(folder / "none.cti")}, {GRAB_PROGRAM}, 125, "there's no target"},
+      {{"--target", TextOf(folder / "none.cti")}, {GRAB_PROGRAM}, 125, "none.cti' isn't there"},
       {{"--target", VEXTREL}, {GRAB_PROGRAM}, 125, "is Vextrel itself"},
       {{"--target", text}, {GRAB_PROGRAM}, 125, "isn't a module"},
       {{"--target", SIMULATED_CAMERA, "--rolling", "5"},
