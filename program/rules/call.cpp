@@ -64,8 +64,7 @@ std::uint64_t Call::Number(std::string_view label) const {
   return place == kNoPlace ? 0 : message_->values[place].number;
 }
 
-std::optional<std::uint64_t> Call::Value(std::string_view label) const {
-  const std::string_view text = Text(label);
+std::optional<std::uint64_t> DecimalIn(std::string_view text) {
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size()) {

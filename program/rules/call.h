@@ -59,6 +59,7 @@ enum class Function : std::uint8_t {
   DSRevokeBuffer = KnownFunction("DSRevokeBuffer"),
   DSQueueBuffer = KnownFunction("DSQueueBuffer"),
   DSGetBufferInfo = KnownFunction("DSGetBufferInfo"),
+  DSGetBufferInfoStacked = KnownFunction("DSGetBufferInfoStacked"),
   DSGetBufferPartInfo = KnownFunction("DSGetBufferPartInfo"),
   DSGetBufferChunkData = KnownFunction("DSGetBufferChunkData"),
   GCReadPort = KnownFunction("GCReadPort"),
@@ -79,6 +80,9 @@ enum class Function : std::uint8_t {
 [[nodiscard]] constexpr Function FunctionOf(std::size_t functionIndex) noexcept {
   return static_cast<Function>(functionIndex);
 }
+
+// A decimal number that is all of `text`.
+[[nodiscard]] std::optional<std::uint64_t> DecimalIn(std::string_view text);
 
 // True iff `id` is `ancestor`, or lies below it.
 [[nodiscard]] bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor);
@@ -134,7 +138,9 @@ class Call {
   [[nodiscard]] std::string_view Text(std::string_view label) const;
   [[nodiscard]] std::uint64_t Number(std::string_view label) const;
   // A decimal number that stands as an info value. Nothing if it's none.
-  [[nodiscard]] std::optional<std::uint64_t> Value(std::string_view label) const;
+  [[nodiscard]] std::optional<std::uint64_t> Value(std::string_view label) const {
+    return DecimalIn(Text(label));
+  }
   // `DEV1 "SimCam2"`
   [[nodiscard]] std::string Named(HandleId id) const { return All().FullName(id); }
   // The name of a command, the newest one that it has.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "reading/entries.h"
 #include "rules/family.h"
 
 namespace vextrel::program {
@@ -33,9 +34,14 @@ class IncompleteFrames : public RuleFamily {
   IncompleteFrames(Findings& findings, const LogKnowledge& /*log*/) : findings_(findings) {}
 
   [[nodiscard]] Interest Wants(Function function) const override {
-    return function == Function::DSGetBufferInfo || function == Function::EventGetData
-               ? Interest::All
-               : Interest::None;
+    switch (function) {
+      case Function::DSGetBufferInfo:
+      case Function::DSGetBufferInfoStacked:
+      case Function::EventGetData:
+        return Interest::All;
+      default:
+        return Interest::None;
+    }
   }
 
   void After(const Call& call) override {
@@ -51,9 +57,16 @@ class IncompleteFrames : public RuleFamily {
     }
     const HandleId id = call.HandleIn("hDS");
     const auto frame = frames_.find(call.HandleIn("hBuffer"));
-    if (id != kNoHandle && frame != frames_.end() &&
-        call.At(frame->first).state == BufferState::Held) {
-      OnInfo(call, id, frame->second);
+    if (id == kNoHandle || frame == frames_.end() ||
+        call.At(frame->first).state != BufferState::Held) {
+      return;
+    }
+    if (call.Which() == Function::DSGetBufferInfo) {
+      OnInfo(call, id, frame->second, call.NameIn("iCommand"), call.Value("Buffer"));
+    } else if (ReadEntries(call.Text("Infos"), entries_)) {
+      for (const Entry& entry : entries_.shown) {
+        OnInfo(call, id, frame->second, entry.Find("iCmd"), DecimalIn(entry.Find("Buffer")));
+      }
     }
   }
 
@@ -78,12 +91,16 @@ class IncompleteFrames : public RuleFamily {
 
   static constexpr std::size_t kMostFrames = 20'000;
 
-  void OnInfo(const Call& call, HandleId id, HeldFrame& frame) {
-    const std::string_view command = call.NameIn("iCommand");
+  // There's no value if only its size was asked for, or if it's refused.
+  void OnInfo(const Call& call, HandleId id, HeldFrame& frame, std::string_view command,
+              const std::optional<std::uint64_t>& value) {
+    if (!value.has_value()) {
+      return;
+    }
     if (command == "BUFFER_INFO_IS_INCOMPLETE") {
-      Judge(call, id, frame, call.Text("Buffer") != "0");
+      Judge(call, id, frame, *value != 0);
     } else if (command == "BUFFER_INFO_SIZE_FILLED" || command == "BUFFER_INFO_DATA_SIZE") {
-      (command == "BUFFER_INFO_SIZE_FILLED" ? frame.filled : frame.size) = call.Value("Buffer");
+      (command == "BUFFER_INFO_SIZE_FILLED" ? frame.filled : frame.size) = value;
       if (frame.filled.has_value() && frame.size.has_value() && *frame.filled < *frame.size) {
         Judge(call, id, frame, true);
       }
@@ -119,6 +136,7 @@ class IncompleteFrames : public RuleFamily {
   Findings& findings_;
   std::map<HandleId, HeldFrame> frames_;
   std::map<HandleId, Row> streams_;
+  Entries entries_;  // of the call, kept for its memory
 };
 
 }  // namespace

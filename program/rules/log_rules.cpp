@@ -73,7 +73,8 @@ constexpr Rule kReport{
     .sentence = "A report in the log says something else than what happened",
     .explanation =
         "Vextrel reports what it sees call by call, and that isn't always what went "
-        "wrong: it looks for streams on the first interface only, it may take an event "
+        "wrong: it looks for streams on the first interface only, it reports each device "
+        "that it looks for a buffer on in vain, it may take an event "
         "for another one, a device counts as not closed if the producer refused to "
         "close it, and a library that couldn't be loaded counts as not initialized.",
     .remedy = "Go by the finding, not by the report.",
@@ -238,17 +239,22 @@ class Log : public RuleFamily {
     if (id == kNoHandle) {
       return false;
     }
+    const bool isNotOnDevice = text == FormatOf(report::kBufferNotAddedOnDevice);
     const bool isNotAdded = text == FormatOf(report::kDataStreamNotAdded) ||
                             text == FormatOf(report::kDataStreamNotAddedOnInterface) ||
                             text == FormatOf(report::kBufferNotAdded) ||
-                            text == FormatOf(report::kBufferNotAddedOnInterface) ||
-                            text == FormatOf(report::kBufferNotAddedOnDevice) ||
+                            text == FormatOf(report::kBufferNotAddedOnInterface) || isNotOnDevice ||
                             text == FormatOf(report::kEventSourceNotFound);
     if (isNotAdded && handles.At(id).isOpen && handles.At(id).openedAt.has_value()) {
-      if (Finding* finding = findings_.Add(kReport, Severity::Info, KeyOf(0, 2), moment)) {
+      // A buffer of a stream that isn't on the first interface isn't found on any device, either.
+      const bool isElsewhere = !isNotOnDevice || findings_.Find(kReport, KeyOf(0, 2)) != nullptr;
+      Finding* finding =
+          findings_.Add(kReport, Severity::Info, KeyOf(0, isElsewhere ? 2 : 5), moment);
+      if (finding != nullptr) {
         finding->message = fmt::format(
-            "{} is open and all right: Vextrel looks for it on the first interface only.",
-            handles.FullName(id));
+            "{} is open and all right: Vextrel looks for it on {}.", handles.FullName(id),
+            isElsewhere ? "the first interface only"
+                        : "one device after the other, and reports each that doesn't have it");
         finding->handles.push_back(handles.Name(id));
         Relate(*finding, handles.At(id).openedAt, handles.Name(id) + " is opened");
       }

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
-// What all faults are made of.
+// What faults are made of. A fault is a function of the session; mended, it makes the same calls
+// but for what's wrong with them, and what's wrong is all that the two differ in.
 #ifndef VEXTREL_SAMPLES_GRAB_FAULT_CALLS_H
 #define VEXTREL_SAMPLES_GRAB_FAULT_CALLS_H
 
-#include <array>
 #include <cstdint>
+#include <functional>
 
 #include "session.h"
 
 namespace grab {
+
+inline constexpr std::uint64_t kForever = ~std::uint64_t{0};
 
 // What the producer answers is its business; here it's about the call.
 template <typename F, typename... Arguments>
@@ -17,11 +20,23 @@ void Call(const F& function, Arguments... arguments) {
 }
 
 // Leaves the frame that comes where it is.
-inline void WaitOnce(Session& session, std::uint64_t timeoutMs) {
-  std::array<void*, 2> data{};
-  std::size_t size = sizeof data;
-  Call(session.gentl.EventGetData, session.newBuffer, data.data(), &size, timeoutMs);
-}
+void WaitOnce(Session& session, std::uint64_t timeoutMs);
+// Takes a frame, if one comes in time, and returns whether it did.
+bool TakeFrame(Session& session, std::uint64_t timeoutMs);
+// Announces so many more buffers, and queues them.
+void QueueMore(Session& session, int count);
+void RevokeAll(Session& session);
+// With all that belongs to it.
+void CloseStream(Session& session);
+
+// Starts the stream once more, but not the camera, so that no frame comes.
+void StartAgain(Session& session, const std::function<void()>& meanwhile);
+// What GrabFrames does when the frames are there.
+void StopAndFlush(Session& session);
+// Closes all, and opens the same interface again, without a list of devices.
+void OpenInterfaceAgain(Session& session);
+
+void Sleep(int milliseconds);
 
 }  // namespace grab
 

@@ -17,7 +17,8 @@ struct Fault {
 
   std::string_view name;
   Time time;
-  void (*make)(Session& session);
+  // Mended, all but the mistake is done.
+  void (*make)(Session& session, bool mended);
 };
 
 // All there are, by name.

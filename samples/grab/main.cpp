@@ -46,6 +46,7 @@ Grabs frames from the first camera that can be opened.
   --mix-buffers    let the producer allocate the last buffer
   --misuse         close badly on purpose, to see a tracing producer report it
   --fault NAME     make one mistake that applications make; --fault list names them
+  --mended         with --fault: do the same, but rightly
   --help           print this text
 
 The exit code is 0 after success, 1 after an error, 2 for a wrong command line,
@@ -104,6 +105,8 @@ class UsageError : public Error {
       if (options.fault != "list" && grab::FindFault(options.fault) == nullptr) {
         throw UsageError("There is no fault '" + options.fault + "'; --fault list names them.");
       }
+    } else if (option == "--mended") {
+      options.mended = true;
     } else if (option == "--help") {
       options.help = true;
     } else {
@@ -112,6 +115,9 @@ class UsageError : public Error {
   }
   if (options.list && (options.image || options.misuse)) {
     throw UsageError("Option --list goes with neither --image nor --misuse.");
+  }
+  if (options.mended && (options.fault.empty() || options.fault == "list")) {
+    throw UsageError("Option --mended needs a fault.");
   }
   return options;
 }

@@ -383,14 +383,14 @@ void GrabFrames(const Producer& producer, const Options& options) {
 
   const Fault* const fault = FindFault(options.fault);
   if (fault != nullptr && fault->time == Fault::Time::Running) {
-    fault->make(session);
+    fault->make(session, options.mended);
   }
   if (session.acquiring) {
     session.StopAcquisition();
     producer.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
   }
   if (fault != nullptr && fault->time == Fault::Time::Stopped) {
-    fault->make(session);
+    fault->make(session, options.mended);
   }
   if (options.misuse) {
     CloseBadly(session);

@@ -23,7 +23,8 @@ struct Options {
   bool genTL15 = false;  // Demand and use GenTL 1.5.
   bool mixBuffers = false;
   bool misuse = false;
-  std::string fault;  // one of Faults() in faults.h, or none
+  std::string fault;    // one of Faults() in faults.h, or none
+  bool mended = false;  // Do what the fault does wrong rightly.
   bool help = false;
 };
 

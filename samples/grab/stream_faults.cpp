@@ -1,182 +1,239 @@
 // SPDX-License-Identifier: MIT
 #include "stream_faults.h"
 
-#include <array>
-#include <chrono>
-#include <condition_variable>
-#include <cstdlib>
-#include <functional>
-#include <iostream>
-#include <mutex>
-#include <thread>
+#include <utility>
 
 #include "fault_calls.h"
+#include "gentl_1_5.h"
 
 namespace grab {
 
-void KeepAllBuffers(Session& session) {
+// Takes a frame, asks something of it, and gives its buffer back; all in this order if it's right.
+static void AskOfAFrame(Session& session, BUFFER_INFO_CMD command, bool right) {
+  BUFFER_HANDLE buffer = session.WaitForBuffer(5000);
+  if (!right) {
+    session.gentl.DSQueueBuffer(session.stream, buffer);
+  }
+  static_cast<void>(session.gentl.DSGetBufferInfo.Number(session.stream, buffer, command));
+  if (right) {
+    session.gentl.DSQueueBuffer(session.stream, buffer);
+  }
+}
+
+void KeepAllBuffers(Session& session, bool mended) {
   for (std::size_t i = 0; i < session.buffers.size(); ++i) {
-    static_cast<void>(session.WaitForBuffer(5000));
+    BUFFER_HANDLE buffer = session.WaitForBuffer(5000);
+    if (mended) {
+      session.gentl.DSQueueBuffer(session.stream, buffer);
+    }
   }
   WaitOnce(session, 80);
 }
 
-void QueueTwice(Session& session) {
-  session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
-  Call(session.gentl.DSQueueBuffer, session.stream, session.buffers.front());
-  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+void ReadQueuedBuffer(Session& session, bool mended) {
+  AskOfAFrame(session, BUFFER_INFO_WIDTH, mended);
 }
 
-void ReadQueuedBuffer(Session& session) {
-  BUFFER_HANDLE buffer = session.WaitForBuffer(5000);
-  session.gentl.DSQueueBuffer(session.stream, buffer);
-  static_cast<void>(
-      session.gentl.DSGetBufferInfo.Number(session.stream, buffer, BUFFER_INFO_WIDTH));
-}
-
-void StartTwice(Session& session) {
-  Call(session.gentl.DSStartAcquisition, session.stream, ACQ_START_FLAGS_DEFAULT,
-       ~std::uint64_t{0});
-}
-
-void KillWithoutWait(Session& session) {
-  if (session.gentl.EventKill.IfOffered(session.newBuffer)) {
-    WaitOnce(session, 0);
+// A producer may refuse to take one of several parts for the image.
+void AskForOneImage(Session& session, bool mended) {
+  AskOfAFrame(session, BUFFER_INFO_PAYLOADTYPE, true);
+  if (mended) {
+    BUFFER_HANDLE buffer = session.WaitForBuffer(5000);
+    GenTL15(session).PrintParts(buffer, {});
+    session.gentl.DSQueueBuffer(session.stream, buffer);
+  } else {
+    AskOfAFrame(session, BUFFER_INFO_WIDTH, true);
   }
 }
 
-void StopTwice(Session& session) {
+void StartTwice(Session& session, bool mended) {
+  if (mended) {
+    session.gentl.DSStopAcquisition(session.stream, ACQ_STOP_FLAGS_DEFAULT);
+  }
+  Call(session.gentl.DSStartAcquisition, session.stream, ACQ_START_FLAGS_DEFAULT, kForever);
+  if (mended) {
+    Sleep(20);
+  }
+}
+
+void StopTwice(Session& session, bool mended) {
+  if (mended) {
+    session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
+    session.gentl.DSStartAcquisition(session.stream, ACQ_START_FLAGS_DEFAULT, kForever);
+    Sleep(20);
+  }
   Call(session.gentl.DSStopAcquisition, session.stream, ACQ_STOP_FLAGS_DEFAULT);
+  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
 }
 
-void RevokeQueued(Session& session) {
+void StopAtOnce(Session& session, bool mended) {
+  // On a busy machine, it can take its time for once.
+  const int cycles = mended ? 2 : 20;
+  for (int i = 0; i < cycles; ++i) {
+    session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
+    StartAgain(session, [&] { Sleep(mended ? 20 : 0); });
+  }
+}
+
+void StartWrongly(Session& session, bool mended) {
   session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
-  Call(session.gentl.DSRevokeBuffer, session.stream, session.buffers.front(), nullptr, nullptr);
+  const ACQ_START_FLAGS flags = mended ? ACQ_START_FLAGS_DEFAULT : ACQ_START_FLAGS_CUSTOM_ID - 1;
+  Call(session.gentl.DSStartAcquisition, session.stream, flags, kForever);
+  if (mended) {
+    Sleep(20);
+    session.gentl.DSStopAcquisition(session.stream, ACQ_STOP_FLAGS_DEFAULT);
+  }
   session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
 }
 
-void RegisterTwice(Session& session) {
-  EVENT_HANDLE event = nullptr;
-  Call(session.gentl.GCRegisterEvent, session.stream, EVENT_NEW_BUFFER, &event);
+void StartWithSmallBuffer(Session& session, bool mended) {
+  session.AnnounceOwnBuffer(mended ? session.memory.front().size() : 16);
+  session.gentl.DSQueueBuffer(session.stream, session.buffers.back());
+  StartAgain(session, [&] { WaitOnce(session, 20); });
 }
 
-// Frames are lost, but no buffer.
-void FlushWhileRunning(Session& session) {
-  static_cast<void>(session.gentl.EventFlush.IfOffered(session.newBuffer));
-}
-
-// Takes a frame, if one comes in time, and returns whether it did.
-static bool TakeFrame(Session& session, std::uint64_t timeoutMs) {
-  std::array<void*, 2> data{};
-  std::size_t size = sizeof data;
-  const GC_ERROR result =
-      session.gentl.EventGetData.Try(session.newBuffer, data.data(), &size, timeoutMs);
-  if (result == GC_ERR_SUCCESS) {
-    Call(session.gentl.DSQueueBuffer, session.stream, data.front());
+void QueueNothing(Session& session, bool mended) {
+  if (mended) {
+    session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
   }
-  return result == GC_ERR_SUCCESS;
-}
-
-// The camera stands still and the stream doesn't.
-void WaitForNothing(Session& session) {
-  session.camera->Execute("AcquisitionStop");
-  // Frames on their way come first.
-  for (int timeouts = 0; timeouts < 3;) {
-    timeouts += TakeFrame(session, 190) ? 0 : 1;
-  }
-}
-
-// For less than a frame takes, if the camera makes fewer than a hundred a second.
-void WaitBriefly(Session& session) {
-  for (int frames = 0; frames < 8;) {
-    frames += TakeFrame(session, 10) ? 1 : 0;
-  }
-}
-
-// No frame comes, and another thread gets its turn between two waits only.
-void WaitUnderLock(Session& session) {
-  constexpr int turns = 11;
-  std::mutex lock;
-  std::condition_variable isNext;
-  bool isReading = false;
-  const auto takeTurns = [&](bool reads, const std::function<void()>& turn) {
-    for (int i = 0; i < turns; ++i) {
-      std::unique_lock held(lock);
-      isNext.wait(held, [&] { return isReading == reads; });
-      turn();
-      isReading = !reads;
-      isNext.notify_one();
-    }
-  };
-  std::thread waiting([&] { takeTurns(false, [&] { WaitOnce(session, 60); }); });
-  takeTurns(true, [&] { static_cast<void>(session.camera->Read("Width")); });
-  waiting.join();
-}
-
-// Like a process that is ended from outside.
-void EndWhileWaiting(Session& session) {
-  std::cout.flush();
-  std::thread([&] { WaitOnce(session, 60'000); }).detach();
-  std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  std::_Exit(0);
-}
-
-// Starts the stream once more, but not the camera, so that no frame comes.
-static void StartAgain(Session& session, const std::function<void()>& meanwhile) {
-  session.gentl.DSStartAcquisition(session.stream, ACQ_START_FLAGS_DEFAULT, ~std::uint64_t{0});
-  meanwhile();
-  session.gentl.DSStopAcquisition(session.stream, ACQ_STOP_FLAGS_DEFAULT);
-  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
-}
-
-void QueueNothing(Session& session) {
   StartAgain(session, [&] { WaitOnce(session, 120); });
 }
 
-void QueueLate(Session& session) {
+void QueueLate(Session& session, bool mended) {
+  const auto queue = [&] { session.gentl.DSQueueBuffer(session.stream, session.buffers.front()); };
+  if (mended) {
+    queue();
+  }
   StartAgain(session, [&] {
-    session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
+    if (!mended) {
+      queue();
+    }
     WaitOnce(session, 20);
   });
 }
 
-void AnnounceEverMore(Session& session) {
+void QueueTwice(Session& session, bool mended) {
+  session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
+  if (mended) {
+    session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+  }
+  Call(session.gentl.DSQueueBuffer, session.stream, session.buffers.front());
+  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+}
+
+void QueueRevoked(Session& session, bool mended) {
+  BUFFER_HANDLE buffer = session.buffers.back();
+  session.buffers.pop_back();
+  session.gentl.DSRevokeBuffer(session.stream, buffer, nullptr, nullptr);
+  if (mended) {
+    session.AnnounceOwnBuffer(session.memory.front().size());
+    buffer = session.buffers.back();
+  }
+  Call(session.gentl.DSQueueBuffer, session.stream, buffer);
+  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+}
+
+void RevokeQueued(Session& session, bool mended) {
+  BUFFER_HANDLE buffer = session.buffers.back();
+  session.gentl.DSQueueBuffer(session.stream, buffer);
+  if (mended) {
+    session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+    session.buffers.pop_back();
+  }
+  Call(session.gentl.DSRevokeBuffer, session.stream, buffer, nullptr, nullptr);
+  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+}
+
+void AnnounceEverMore(Session& session, bool mended) {
   for (int cycle = 0; cycle < 3; ++cycle) {
     session.AnnounceOwnBuffer(session.memory.front().size());
     for (BUFFER_HANDLE buffer : session.buffers) {
       session.gentl.DSQueueBuffer(session.stream, buffer);
     }
     StartAgain(session, [&] { WaitOnce(session, 20); });
+    if (mended) {
+      session.gentl.DSRevokeBuffer(session.stream, session.buffers.back(), nullptr, nullptr);
+      session.buffers.pop_back();
+    }
   }
 }
 
-void StartWithSmallBuffer(Session& session) {
-  session.AnnounceOwnBuffer(16);
-  session.gentl.DSQueueBuffer(session.stream, session.buffers.back());
-  StartAgain(session, [&] { WaitOnce(session, 20); });
+void MixBuffers(Session& session, bool mended) {
+  const std::size_t size = session.memory.front().size();
+  if (mended) {
+    session.AnnounceOwnBuffer(size);
+  } else {
+    static_cast<void>(session.AnnounceProducersBuffer(size));
+  }
 }
 
-void StartWrongly(Session& session) {
-  session.gentl.DSQueueBuffer(session.stream, session.buffers.front());
-  Call(session.gentl.DSStartAcquisition, session.stream,
-       static_cast<ACQ_START_FLAGS>(ACQ_START_FLAGS_CUSTOM_ID - 1), ~std::uint64_t{0});
-  session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
-}
-
-void MixBuffers(Session& session) {
-  static_cast<void>(session.AnnounceProducersBuffer(session.memory.front().size()));
-}
-
-void ShareMemory(Session& session) {
-  std::vector<std::uint8_t>& shared = session.memory.front();
+void ShareMemory(Session& session, bool mended) {
+  std::vector<std::uint8_t>& whole =
+      mended ? session.memory.emplace_back(session.memory.front().size()) : session.memory.front();
   BUFFER_HANDLE buffer = nullptr;
-  session.gentl.DSAnnounceBuffer(session.stream, shared.data() + shared.size() / 2,
-                                 shared.size() / 2, &session, &buffer);
+  session.gentl.DSAnnounceBuffer(session.stream, whole.data() + whole.size() / 2, whole.size() / 2,
+                                 &session, &buffer);
   session.buffers.push_back(buffer);
 }
 
-void LeaveBuffers(Session& session) {
-  session.buffers.clear();
+void LeaveBuffers(Session& session, bool mended) {
+  if (!mended) {
+    session.buffers.clear();
+  }
+}
+
+// Frames are lost, but no buffer.
+void FlushWhileRunning(Session& session, bool mended) {
+  if (mended) {
+    session.StopAcquisition();
+  }
+  static_cast<void>(session.gentl.EventFlush.IfOffered(session.newBuffer));
+  if (mended) {
+    session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);
+  }
+}
+
+void KillWithoutWait(Session& session, bool mended) {
+  if (session.gentl.EventKill.IfOffered(session.newBuffer) && !mended) {
+    WaitOnce(session, 0);
+  }
+}
+
+void RegisterTwice(Session& session, bool mended) {
+  if (mended) {
+    session.gentl.GCUnregisterEvent(session.stream, EVENT_NEW_BUFFER);
+  }
+  EVENT_HANDLE event = nullptr;
+  Call(session.gentl.GCRegisterEvent, session.stream, EVENT_NEW_BUFFER, &event);
+  if (mended) {
+    session.newBuffer = event;
+  }
+}
+
+void WaitUnregistered(Session& session, bool mended) {
+  const auto registerAgain = [&] {
+    session.gentl.GCRegisterEvent(session.stream, EVENT_NEW_BUFFER, &session.newBuffer);
+  };
+  session.gentl.GCUnregisterEvent(session.stream, EVENT_NEW_BUFFER);
+  if (mended) {
+    registerAgain();
+  }
+  WaitOnce(session, 0);
+  if (!mended) {
+    registerAgain();
+  }
+}
+
+// Ends nothing that waits when the stream is closed.
+void WaitForever(Session& session, bool mended) {
+  WaitOnce(session, kForever);
+  StopAndFlush(session);
+  RevokeAll(session);
+  session.newBuffer = nullptr;
+  if (mended) {
+    session.gentl.GCUnregisterEvent(session.stream, EVENT_NEW_BUFFER);
+  }
+  session.gentl.DSClose(std::exchange(session.stream, nullptr));
 }
 
 }  // namespace grab

@@ -8,30 +8,30 @@
 namespace grab {
 
 // REQUIRES: the acquisition is running.
-void KeepAllBuffers(Session& session);
-void ReadQueuedBuffer(Session& session);
-void StartTwice(Session& session);
-void KillWithoutWait(Session& session);
-void FlushWhileRunning(Session& session);
-void WaitForNothing(Session& session);
-void WaitBriefly(Session& session);
+void AskForOneImage(Session& session, bool mended);
+void FlushWhileRunning(Session& session, bool mended);
+void KeepAllBuffers(Session& session, bool mended);
+void KillWithoutWait(Session& session, bool mended);
+void ReadQueuedBuffer(Session& session, bool mended);
+void StartTwice(Session& session, bool mended);
+void WaitForever(Session& session, bool mended);
 
 // REQUIRES: the acquisition has been stopped.
-void QueueTwice(Session& session);
-void StopTwice(Session& session);
-void RevokeQueued(Session& session);
-void RegisterTwice(Session& session);
-void QueueNothing(Session& session);
-void QueueLate(Session& session);
-void AnnounceEverMore(Session& session);
-void StartWithSmallBuffer(Session& session);
-void StartWrongly(Session& session);
-void MixBuffers(Session& session);
-void ShareMemory(Session& session);
-void WaitUnderLock(Session& session);
-// Doesn't return.
-void EndWhileWaiting(Session& session);
-void LeaveBuffers(Session& session);
+void AnnounceEverMore(Session& session, bool mended);
+void LeaveBuffers(Session& session, bool mended);
+void MixBuffers(Session& session, bool mended);
+void QueueLate(Session& session, bool mended);
+void QueueNothing(Session& session, bool mended);
+void QueueRevoked(Session& session, bool mended);
+void QueueTwice(Session& session, bool mended);
+void RegisterTwice(Session& session, bool mended);
+void RevokeQueued(Session& session, bool mended);
+void ShareMemory(Session& session, bool mended);
+void StartWithSmallBuffer(Session& session, bool mended);
+void StartWrongly(Session& session, bool mended);
+void StopAtOnce(Session& session, bool mended);
+void StopTwice(Session& session, bool mended);
+void WaitUnregistered(Session& session, bool mended);
 
 }  // namespace grab
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <exception>
 #include <span>
+#include <thread>
 #include <utility>
 
 #include "events.h"
@@ -168,6 +169,10 @@ void DataStream::Stop(ACQ_STOP_FLAGS flags) {
   if (pacer_ == nullptr) {
     throw Failure(GC_ERR_RESOURCE_IN_USE, "the acquisition is not running");
   }
+  if (camera_->Has(Quirk::WaitsForWaits)) {
+    QueueFor(EVENT_NEW_BUFFER)->AwaitNobody();
+  }
+  std::this_thread::sleep_for(camera_->StopTime());
   EndAcquisition(flags == ACQ_STOP_FLAG_KILL);
 }
 
@@ -249,9 +254,12 @@ void DataStream::UnqueuedToInput() {
 
 bool DataStream::ProduceFrame() noexcept {
   try {
+    const uint64_t number = NextNumber();
+    camera_->ReachFrame(number);
     if (!camera_->FramesFlow()) {
       return true;
     }
+    std::this_thread::sleep_for(camera_->StallBefore(number));
     if (LosesNextFrame()) {
       return true;
     }
@@ -275,6 +283,11 @@ bool DataStream::ProduceFrame() noexcept {
     grabbing_ = false;
     return false;
   }
+}
+
+uint64_t DataStream::NextNumber() const {
+  const std::scoped_lock lock(mutex_);
+  return frames_;
 }
 
 bool DataStream::LosesNextFrame() {

@@ -69,6 +69,8 @@ class DataStream : public Module {
 
   // The pacer's tick. Returns false once the acquisition has ended.
   [[nodiscard]] bool ProduceFrame() noexcept;
+  // Of the frame that is due.
+  [[nodiscard]] uint64_t NextNumber() const;
   // Returns true iff the frame that is due was lost on the way.
   [[nodiscard]] bool LosesNextFrame();
   // Returns the buffer for the frame that is due, or null if none is queued.

@@ -154,12 +154,15 @@ void EventQueue::Take(void* buffer, size_t* size, uint64_t timeout) {
   const auto ready = [this] { return closed_ || kills_ > 0 || !events_.empty(); };
   bool inTime = true;
   ++waiting_;
-  if (timeout > kLongestWait) {
+  if (timeout == 0) {
+    inTime = ready();
+  } else if (timeout > kLongestWait) {
     changed_.wait(lock, ready);
   } else {
     inTime = changed_.wait_for(lock, std::chrono::milliseconds(timeout), ready);
   }
   --waiting_;
+  nobody_.notify_all();
   if (closed_) {
     throw Failure(GC_ERR_ABORT, "the event is no longer registered");
   }
@@ -188,6 +191,11 @@ void EventQueue::Take(void* buffer, size_t* size, uint64_t timeout) {
   if (listener_) {
     listener_(taken, Fate::Delivered);
   }
+}
+
+void EventQueue::AwaitNobody() {
+  std::unique_lock lock(mutex_);
+  nobody_.wait(lock, [this] { return waiting_ == 0; });
 }
 
 void EventQueue::Discard() {

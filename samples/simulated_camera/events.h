@@ -45,6 +45,9 @@ class EventQueue : public Object {
   // the event stays and *size is the size it needs.
   void Take(void* buffer, size_t* size, uint64_t timeout);
 
+  // Waits until no Take waits.
+  void AwaitNobody();
+
   void Discard();
 
   // Aborts one waiting Take, or the next one if none waits.
@@ -60,6 +63,7 @@ class EventQueue : public Object {
   const Listener listener_;
   mutable std::mutex mutex_;
   std::condition_variable changed_;
+  std::condition_variable nobody_;
   std::deque<Event> events_;
   uint64_t fired_ = 0;
   size_t waiting_ = 0;

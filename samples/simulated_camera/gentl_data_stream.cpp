@@ -113,7 +113,7 @@ GC_ERROR GC_CALLTYPE DSGetBufferInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffe
   return Call("DSGetBufferInfo", [&](const Library& library) {
     const auto stream = library.Get<DataStream>(hDataStream);
     stream->Inspect(*library.Get<Buffer>(hBuffer), [&](const Buffer& buffer) {
-      buffer.Info(iInfoCmd).CopyTo(piType, pBuffer, piSize);
+      InfoOf(buffer, iInfoCmd, library.CameraSettings().quirk).CopyTo(piType, pBuffer, piSize);
     });
   });
 }

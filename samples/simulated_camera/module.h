@@ -61,7 +61,7 @@ class Module : public Object, public std::enable_shared_from_this<Module> {
   [[nodiscard]] std::string Url() const { return description_.Url(); }
   [[nodiscard]] InfoValue UrlInfo(URL_INFO_CMD command) const;
   // These throw as RegisterMap does.
-  void Read(uint64_t address, void* buffer, size_t size) const;
+  virtual void Read(uint64_t address, void* buffer, size_t size) const;
   virtual void Write(uint64_t address, const void* data, size_t size);
 
   // Throws GC_ERR_NOT_IMPLEMENTED if the module has no such event, GC_ERR_RESOURCE_IN_USE if it is

@@ -45,7 +45,8 @@ PortRegisters CameraRegisters(const std::string& deviceId, const Settings& setti
   map.AddNumber("AcquisitionStart", kAcquisitionStart, uint32_t{0}, writable);
   map.AddNumber("AcquisitionStop", kAcquisitionStop, uint32_t{0}, writable);
   map.AddText("the description", kCameraXmlAddress, CameraXml().size(), CameraXml());
-  registers.description = {"SimulatedCamera.xml", kCameraXmlAddress, CameraXml().size()};
+  const size_t tooMuch = settings.quirk == Quirk::LongDescription ? 1 : 0;
+  registers.description = {"SimulatedCamera.xml", kCameraXmlAddress, CameraXml().size() + tooMuch};
   return registers;
 }
 
@@ -110,9 +111,36 @@ RemoteDevice::RemoteDevice(const std::string& deviceId, std::weak_ptr<Module> de
     : Module(kRemoteDeviceKind, deviceId, std::move(device), CameraRegisters(deviceId, settings)),
       writable_(writable),
       lose_(settings.lose),
-      incomplete_(settings.incomplete) {}
+      incomplete_(settings.incomplete),
+      stall_(settings.stall),
+      slow_(settings.slow),
+      quirk_(settings.quirk) {}
+
+void RemoteDevice::RequirePlug() const {
+  if (gone_) {
+    throw Failure(GC_ERR_IO, "the camera does not answer");
+  }
+}
+
+void RemoteDevice::ReachFrame(uint64_t number) noexcept {
+  constexpr uint64_t framesOfUnplugged = 10;
+  if (Has(Quirk::Unplugged) && number >= framesOfUnplugged) {
+    gone_ = true;
+  }
+}
+
+std::chrono::milliseconds RemoteDevice::StallBefore(uint64_t number) const noexcept {
+  constexpr uint64_t framesToStall = 12;
+  return number % framesToStall == framesToStall - 1 ? stall_ : std::chrono::milliseconds(0);
+}
+
+void RemoteDevice::Read(uint64_t address, void* buffer, size_t size) const {
+  RequirePlug();
+  Module::Read(address, buffer, size);
+}
 
 void RemoteDevice::Write(uint64_t address, const void* data, size_t size) {
+  RequirePlug();
   if (!writable_) {
     throw Failure(GC_ERR_ACCESS_DENIED, "the device is open for reading only");
   }

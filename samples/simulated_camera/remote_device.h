@@ -18,6 +18,7 @@
 #define VEXTREL_SAMPLES_SIMULATED_CAMERA_REMOTE_DEVICE_H
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -32,6 +33,8 @@ class RemoteDevice : public Module {
   RemoteDevice(const std::string& deviceId, std::weak_ptr<Module> device, const Settings& settings,
                bool writable);
 
+  // Throws as Module does, and GC_ERR_IO when the camera is gone.
+  void Read(uint64_t address, void* buffer, size_t size) const override;
   // Throws if the table above does not allow the write. Fires EVENT_FEATURE_CHANGE, and
   // EVENT_FEATURE_INVALIDATE for features that change with the written one.
   void Write(uint64_t address, const void* data, size_t size) override;
@@ -40,6 +43,13 @@ class RemoteDevice : public Module {
   // Returns DeviceUserID.
   [[nodiscard]] std::string UserId() const;
   [[nodiscard]] double FrameRate() const;  // In frames per second.
+  // Whether the camera's quirk is this one.
+  [[nodiscard]] bool Has(Quirk quirk) const noexcept { return quirk_ == quirk; }
+  // Pulls the plug if that's the camera's quirk, and this frame, from 0, is behind the last.
+  void ReachFrame(uint64_t number) noexcept;
+  // How long a frame, and a stop, are held up.
+  [[nodiscard]] std::chrono::milliseconds StallBefore(uint64_t number) const noexcept;
+  [[nodiscard]] std::chrono::milliseconds StopTime() const noexcept { return slow_; }
   // Whether the frame with this number, from 0, is to be lost, or to come incomplete.
   [[nodiscard]] bool LosesFrame(uint64_t number) const noexcept {
     return lose_ != 0 && number % lose_ == lose_ - 1;
@@ -47,16 +57,23 @@ class RemoteDevice : public Module {
   [[nodiscard]] bool LeavesFrameIncomplete(uint64_t number) const noexcept {
     return incomplete_ != 0 && number % incomplete_ == incomplete_ - 1;
   }
-  [[nodiscard]] bool FramesFlow() const noexcept { return framesFlow_; }
+  [[nodiscard]] bool FramesFlow() const noexcept { return framesFlow_ && !gone_; }
 
  protected:
   [[nodiscard]] bool Writable() const override { return writable_; }
 
  private:
+  // Throws GC_ERR_IO when the camera is gone.
+  void RequirePlug() const;
+
   const bool writable_;
   const uint32_t lose_;
   const uint32_t incomplete_;
+  const std::chrono::milliseconds stall_;
+  const std::chrono::milliseconds slow_;
+  const Quirk quirk_;
   std::atomic<bool> framesFlow_ = true;
+  std::atomic<bool> gone_ = false;
 };
 
 }  // namespace simulated_camera

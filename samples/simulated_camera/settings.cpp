@@ -41,6 +41,9 @@ Settings ReadSettings() {
   settings.devices = CountOf("VEXTREL_CAMERA_DEVICES", defaults.devices, kMostDevices);
   settings.lose = static_cast<uint32_t>(NumberOf("VEXTREL_CAMERA_LOSE", 0, 2, kRarest));
   settings.incomplete = static_cast<uint32_t>(NumberOf("VEXTREL_CAMERA_INCOMPLETE", 0, 1, kRarest));
+  settings.stall = CountOf("VEXTREL_CAMERA_STALL", 0, kLongestPause);
+  settings.slow = CountOf("VEXTREL_CAMERA_SLOW", 0, kLongestPause);
+  settings.quirk = QuirkNamed(EnvironmentVariable("VEXTREL_CAMERA_QUIRK").value_or(""));
   return settings;
 }
 

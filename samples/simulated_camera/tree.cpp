@@ -111,6 +111,9 @@ InfoValue Interface::InfoOfDevice(const std::string& id, DEVICE_INFO_CMD command
 
 std::shared_ptr<Device> Interface::OpenDevice(const std::string& id, DEVICE_ACCESS_FLAGS flags,
                                               const Settings& settings, HandleTable& handles) {
+  if (settings.quirk == Quirk::NeedsList && !listed_) {
+    throw Failure(GC_ERR_INVALID_ID, "no device of the list has this ID");
+  }
   const DeviceEntry& entry = Find(id);
   if (flags < DEVICE_ACCESS_READONLY || flags > DEVICE_ACCESS_EXCLUSIVE) {
     throw Failure(GC_ERR_INVALID_PARAMETER, "a device cannot be opened like this");

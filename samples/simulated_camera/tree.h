@@ -72,7 +72,7 @@ class Interface : public Module {
   bool UpdateDeviceList();
   [[nodiscard]] std::span<const DeviceEntry> DeviceList() const;
 
-  // These need no updated list. They throw GC_ERR_INVALID_ID.
+  // These need no updated list, but for Quirk::NeedsList. They throw GC_ERR_INVALID_ID.
   [[nodiscard]] InfoValue InfoOfDevice(const std::string& id, DEVICE_INFO_CMD command) const;
   // Also throws GC_ERR_ACCESS_DENIED, GC_ERR_RESOURCE_IN_USE, or GC_ERR_INVALID_PARAMETER for
   // invalid flags.

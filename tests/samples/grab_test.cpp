@@ -368,6 +368,10 @@ TEST_F(GrabTest, RefusesAWrongCommandLine) {
   ExpectUsageFailure(Grab({"--timeout", "-1"}),
                      "Option --timeout needs a whole number from 0 to 86400000, not '-1'.");
   ExpectUsageFailure(Grab({"--genTL", "1.6"}), "Option --genTL knows 1.5 only, not '1.6'.");
+  ExpectUsageFailure(Grab({"--fault", "sneeze"}),
+                     "There is no fault 'sneeze'; --fault list names them.");
+  ExpectUsageFailure(Grab({"--mended"}), "Option --mended needs a fault.");
+  ExpectUsageFailure(Grab({"--fault", "list", "--mended"}), "Option --mended needs a fault.");
   ExpectUsageFailure(Grab({"--list", "--misuse"}),
                      "Option --list goes with neither --image nor --misuse.");
 }

@@ -45,6 +45,19 @@ TEST(LogRules, FindWhatTheyAreFor) {
          log.Ok(Close("DSClose", kDS2)).Ok(Close("DevClose", kDev2)).Ok(Close("IFClose", kIF2));
          log.CloseAll();
        }},
+      {"a buffer of the second device", "LOG-REPORT info",
+       [](TypedLog& log) {
+         log.OpenDevice().Ok(OpenDev(kIF, "Cam1", "EXCLUSIVE", kDev2)).Ok(GetPort(kDev2, 0xC20));
+         log.Ok(OpenDS(kDev2, "S1", kDS2)).Because().Ok(Announce(kDS2, 0x20000, 1, 0xB80)).Here();
+         log.Line(
+             "Unable to add Buffer with handle 0x0000000000000B80! DataStream with handle "
+             "0x0000000000000D60 on Device 0x00000001000C0DE0 was not found!",
+             "ERROR");
+         log.Ok(Revoke(kDS2, 0xB80)).Ok(Close("DSClose", kDS2)).Ok(Close("DevClose", kDev2));
+         log.CloseAll();
+       },
+       "BUF1 is open and all right: Vextrel looks for it on one device after the other, and "
+       "reports each that doesn't have it."},
       {"a device that the producer didn't close", "MOD-ORDER info, LOG-REPORT info",
        [](TypedLog& log) {
          log.OpenDevice().Fails("NOT_IMPLEMENTED", Close("DevClose", kDev));
