@@ -98,7 +98,7 @@ std::string RenderAnswer(const Answer& answer) {
     return "NULL";
   }
   return ValueOf(answer.type, {static_cast<const char*>(answer.buffer),
-                             std::min(answer.offeredSize, answer.size)});
+                               std::min(answer.offeredSize, answer.size)});
 }
 
 std::string RenderPartAnswer(BUFFER_PART_INFO_CMD command, const Answer& answer) {
