@@ -106,8 +106,7 @@ std::string WhyCutShort(const fs::path& log) {
   std::ifstream file(log, std::ios::binary | std::ios::ate);
   if (exists && file.tellg() > 0 && file.seekg(-1, std::ios::end).get() != '\n') {
     return "the log ends in the middle of a line: its disk was full, or the application ended "
-           "while "
-           "it wrote";
+           "while it wrote";
   }
   return "";
 }
