@@ -122,9 +122,9 @@ void SessionModel::OnEventData(const Record& record, const Message& message) {
     return;
   }
   const Handle& source = handles_.At(event);
-  const std::optional<std::uint64_t> value =
-      message.Failed() ? std::nullopt : BufferOfEventData(TextIn(message, "Buffer"));
-  HandleId buffer = value.has_value() ? handles_.Find(HandleKind::Buffer, *value) : kNoHandle;
+  const std::uint64_t value =
+      message.Failed() ? 0 : BufferOfEventData(TextIn(message, "Buffer")).value_or(0);
+  HandleId buffer = value != 0 ? handles_.Find(HandleKind::Buffer, value) : kNoHandle;
   HandleId dataStream = source.parent;
   if (source.id.empty() && buffer != kNoHandle) {
     // Registered before the log begins; what it brings tells its kind.
@@ -143,11 +143,9 @@ void SessionModel::OnEventData(const Record& record, const Message& message) {
     }
     return;
   }
-  if (value.has_value() && buffer == kNoHandle) {
-    buffer = handles_.FindOrAdd(HandleKind::Buffer, *value);
-    if (buffer != kNoHandle) {
-      handles_.At(buffer).parent = dataStream;
-    }
+  if (value != 0 && buffer == kNoHandle) {
+    buffer = handles_.FindOrAdd(HandleKind::Buffer, value);
+    handles_.At(buffer).parent = dataStream;
   }
   context_.delivered = buffer;
   Stream& stream = StreamOf(dataStream);

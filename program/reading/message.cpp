@@ -18,7 +18,7 @@ constexpr std::string_view kNull = "NULL";
 constexpr std::string_view kTiming = "Call ";
 constexpr std::size_t kHex16 = 16;
 // How often the text behind a free text is looked for before the line counts as unreadable.
-constexpr int kTries = 256;
+constexpr int kMostTries = 256;
 
 struct Digits {
   std::array<std::uint8_t, 256> values{};
@@ -304,7 +304,7 @@ class Match {
   const LineShape& shape_;
   std::string_view text_;
   std::array<PlaceValue, kMaxConversions>& values_;
-  int tries_ = kTries;
+  int tries_ = kMostTries;
 };
 
 // Takes `RESULT=` off the text.

@@ -39,12 +39,19 @@ struct Traced {
   const char* target = SIMULATED_CAMERA_EXTENDED;
 };
 
+// The running test's own: others run at the same time.
+fs::path FolderOf(const std::string& name) {
+  const fs::path folder = fs::path(SCRATCH_FOLDER) /
+                          ::testing::UnitTest::GetInstance()->current_test_info()->name() / name;
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+  return folder;
+}
+
 // Returns the log's path.
 std::string Trace(const std::string& name, const std::vector<std::string>& options,
                   const Traced& traced = {}) {
-  const fs::path folder = fs::path(SCRATCH_FOLDER) / name;
-  fs::remove_all(folder);
-  fs::create_directories(folder);
+  const fs::path folder = FolderOf(name);
   const fs::path configuration = folder / "log.properties";
   const fs::path log = folder / "calls.log";
   WriteFile(configuration,
@@ -217,9 +224,7 @@ constexpr CameraCase kCameraCases[] = {
 };
 
 TEST(Faults, AreAllHere) {
-  const fs::path folder = fs::path(SCRATCH_FOLDER) / "list";
-  fs::create_directories(folder);
-  const std::string list = RunProgram(GRAB_PROGRAM, {"--fault", "list"}, folder).out;
+  const std::string list = RunProgram(GRAB_PROGRAM, {"--fault", "list"}, FolderOf("list")).out;
   std::string here;
   for (const Case& each : kCases) {
     here += std::string(each.fault) + "\n";
