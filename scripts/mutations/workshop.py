@@ -8,12 +8,15 @@ import re
 import shutil
 import signal
 import subprocess
+import threading
 import time
 
 _LEFT_OUT = frozenset(('build', '.git'))
 _KNOWN_PROPERTIES = frozenset((
     'COST', 'ENVIRONMENT', 'LABELS', 'PROCESSORS', 'RUN_SERIAL', 'SKIP_REGULAR_EXPRESSION',
     'SKIP_RETURN_CODE', 'TIMEOUT', 'WORKING_DIRECTORY'))
+# The first time, ctest writes down the tests that there are.
+_ONE_CTEST_AT_A_TIME = threading.Lock()
 # What a mutant that loops may use.
 _LIMITED = ('prlimit', f'--as={16 << 30}', f'--fsize={2 << 30}', '--core=0')
 
@@ -132,7 +135,8 @@ class Workshop:
 
     def _tests_of(self, build):
         """The tests, and for each of their programs, the files that it is built from."""
-        described = self._run('ctest', '--test-dir', build, '--show-only=json-v1')
+        with _ONE_CTEST_AT_A_TIME:
+            described = self._run('ctest', '--test-dir', build, '--show-only=json-v1')
         tests = [Test(each) for each in json.loads(described)['tests']]
         return tests, _files_by_program(build, self._run('ninja', '-C', build, '-t', 'deps'))
 
