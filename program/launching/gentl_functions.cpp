@@ -9,29 +9,43 @@
 namespace vextrel::program {
 namespace {
 
-// The log's own lines have all functions of 1.0 and 1.1 in front, and those that came later in the
-// order of their coming.
-constexpr std::string_view kOf11[] = {"GCGetNumPortURLs", "GCGetPortURLInfo", "GCReadPortStacked",
-                                      "GCWritePortStacked"};
-struct FirstOfVersion {
-  std::string_view version;
+// All that 1.0 hadn't, from the oldest version on.
+struct Addition {
   std::string_view function;
+  std::string_view version;
 };
-constexpr FirstOfVersion kNewerVersions[] = {{"1.3", "DSGetBufferChunkData"},
-                                             {"1.4", "IFGetParentTL"},
-                                             {"1.5", "DSGetNumBufferParts"},
-                                             {"1.6", "DSAnnounceCompositeBuffer"}};
+constexpr Addition kAdditions[] = {
+    {"GCGetNumPortURLs", "1.1"},
+    {"GCGetPortURLInfo", "1.1"},
+    {"GCReadPortStacked", "1.1"},
+    {"GCWritePortStacked", "1.1"},
+    {"DSGetBufferChunkData", "1.3"},
+    {"IFGetParentTL", "1.4"},
+    {"DevGetParentIF", "1.4"},
+    {"DSGetParentDev", "1.4"},
+    {"DSGetNumBufferParts", "1.5"},
+    {"DSGetBufferPartInfo", "1.5"},
+    {"DSAnnounceCompositeBuffer", "1.6"},
+    {"DSGetBufferInfoStacked", "1.6"},
+    {"DSGetBufferPartInfoStacked", "1.6"},
+    {"DSGetNumFlows", "1.6"},
+    {"DSGetFlowInfo", "1.6"},
+    {"DSGetNumBufferSegments", "1.6"},
+    {"DSGetBufferSegmentInfo", "1.6"},
+};
 
 std::vector<GentlVersion> MakeVersions() {
-  std::vector<GentlVersion> versions = {{"1.0", {}}, {"1.1", {}}};
-  const auto* next = std::begin(kNewerVersions);
+  std::vector<GentlVersion> versions = {{"1.0", {}}};
   for (const std::string_view function : kFunctionNames) {
-    if (next != std::end(kNewerVersions) && function == next->function) {
-      versions.push_back({next++->version, {}});
+    if (std::ranges::find(kAdditions, function, &Addition::function) == std::end(kAdditions)) {
+      versions.front().functions.push_back(function);
     }
-    const bool is11 = std::find(std::begin(kOf11), std::end(kOf11), function) != std::end(kOf11);
-    const bool is10 = versions.size() == 2 && !is11;
-    (is10 ? versions.front() : versions.back()).functions.push_back(function);
+  }
+  for (const Addition& addition : kAdditions) {
+    if (versions.back().name != addition.version) {
+      versions.push_back({addition.version, {}});
+    }
+    versions.back().functions.push_back(addition.function);
   }
   return versions;
 }

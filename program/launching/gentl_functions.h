@@ -21,7 +21,7 @@ struct GentlVersion {
 [[nodiscard]] std::vector<std::string_view> Lacking(const GentlVersion& version,
                                                     const std::vector<std::string>& exports);
 
-// True iff there's one of the 13 functions that only the extended module has.
+// True iff there's a function that only the extended module has.
 [[nodiscard]] bool HasNewerFunction(const std::vector<std::string>& exports);
 
 }  // namespace vextrel::program

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 #include "calllog/function_names.h"
 #include "calllog/log_text.h"
@@ -79,7 +80,7 @@ constexpr NamesOfLabel kNameLabels[] = {
     {"DSGetBufferSegmentInfo", "iCmd", &newer::kSegmentInfoCmd},
 };
 
-// Texts that aren't C strings.
+// All other texts.
 struct MeaningOfLabel {
   std::string_view function;
   std::string_view label;
@@ -91,6 +92,12 @@ constexpr MeaningOfLabel kTextLabels[] = {
     {"TLGetInterfaceID", "Buffer", Meaning::Text},
     {"IFGetDeviceID", "Buffer", Meaning::Text},
     {"", "Buffer", Meaning::InfoValue},
+    {"", "URL", Meaning::Text},
+    {"", "pID", Meaning::Text},
+    {"", "psDeviceName", Meaning::Text},
+    {"", "sDevName", Meaning::Text},
+    {"", "sInterfaceName", Meaning::Text},
+    {"DevGetDataStreamID", "pBuffer", Meaning::Text},
     {"DSRevokeBuffer", "pBuffer", Meaning::PointerSlot},
     {"DSRevokeBuffer", "pPrivate", Meaning::PointerSlot},
     {"", "Chunks", Meaning::Entries},
@@ -102,6 +109,10 @@ constexpr MeaningOfLabel kTextLabels[] = {
     {"", "iNumFlows", Meaning::NumberAsText},
     {"", "iNumSegments", Meaning::NumberAsText},
 };
+
+// Pointers that aren't handles.
+constexpr std::string_view kAddressLabels[] = {"pBuffer", "pInBuffer", "pPrivate", "piSizes",
+                                               "ppSegments"};
 
 // Inputs that are shown like outputs, with the address that they lie at.
 struct PointedInput {
@@ -188,7 +199,8 @@ void GiveHandleMeaning(Place& place) {
 }
 
 void GiveTextMeaning(const LineShape& shape, Place& place) {
-  place.meaning = Meaning::Text;
+  const bool isCall = !shape.function.empty();
+  place.meaning = isCall ? Meaning::Unknown : Meaning::Text;
   for (const NamesOfLabel& each : kNameLabels) {
     if (each.label == place.label && (each.function.empty() || each.function == shape.function)) {
       place.meaning = Meaning::Name;
@@ -206,8 +218,10 @@ void GiveTextMeaning(const LineShape& shape, Place& place) {
 }
 
 void GivePointerMeaning(Place& place, std::string_view following) {
-  place.meaning = Meaning::Address;
-  if (!following.starts_with("->(")) {
+  const bool isAddress = place.label.empty() || following.starts_with("->(") ||
+                         std::ranges::find(kAddressLabels, place.label) != std::end(kAddressLabels);
+  place.meaning = isAddress ? Meaning::Address : Meaning::Unknown;
+  if (!isAddress) {
     GiveHandleMeaning(place);
   }
 }

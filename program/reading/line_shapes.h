@@ -2,8 +2,9 @@
 // What stands where in each line of the log.
 //
 // Made from src/calllog/log_text.h, where the writer's formats are: a new line there is known here
-// without a change. What a place means follows from its label. The places of irregular lines, where
-// a value stands under a label that isn't its own, are listed in line_shapes.cpp.
+// without a change, unless one of its labels is new. What a place means follows from its label, by
+// the tables in line_shapes.cpp. The places of irregular lines, where a value stands under a label
+// that isn't its own, are listed there, too.
 #ifndef VEXTREL_PROGRAM_READING_LINE_SHAPES_H
 #define VEXTREL_PROGRAM_READING_LINE_SHAPES_H
 
@@ -19,6 +20,7 @@
 namespace vextrel::program {
 
 enum class Meaning : std::uint8_t {
+  Unknown,  // under a label that no table in line_shapes.cpp has, which the tests don't let pass
   Nothing,  // a value under a label that isn't its own, or that stands here for the second time
   Address,  // where an output lies
   Handle,   // under %s with its 0x, or "NULL"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The 13 functions of GenTL 1.3 to 1.6, which only the extended camera exports.
+// The functions of GenTL 1.3 to 1.6, which only the extended camera exports.
 #include <algorithm>
 
 #include "library.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What GenTL 1.3 to 1.6 added to the interface of gentl.h: 13 functions, their structures, and
-// values that gentl.h has no names for.
+// What GenTL 1.3 to 1.6 added to the interface of gentl.h: functions, their structures, and values
+// that gentl.h has no names for.
 //
 // Usable from C and C++. The conventions of gentl.h for arguments apply here, too.
 #ifndef VEXTREL_GENTL_GENTL_NEWER_H

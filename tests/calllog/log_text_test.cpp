@@ -34,9 +34,43 @@ std::size_t CountOf(std::string_view word, std::string_view text) {
   return count;
 }
 
+// What stands between the two.
+std::string_view Between(std::string_view begin, std::string_view end, std::string_view text) {
+  const std::size_t from = text.find(begin);
+  return from == std::string_view::npos
+             ? std::string_view()
+             : text.substr(from + begin.size(), text.find(end, from) - from - begin.size());
+}
+
+// The constants that stand behind these words.
+std::set<std::string> NamesBehind(std::string_view words, std::string_view text) {
+  std::set<std::string> names;
+  for (std::size_t at = text.find(words); at != std::string_view::npos; at = text.find(words, at)) {
+    at += words.size();
+    names.emplace(text.substr(at, text.find_first_of(" ,)\n", at) - at));
+  }
+  return names;
+}
+
 TEST(LogText, ListsEveryTextThatItDefines) {
   const std::string home = ReadFile(kSourceFolder / "calllog" / "log_text.h");
-  EXPECT_EQ(CountOf("\"_line;", home), kCallLines.size() + kReports.size() + kTimingLines.size());
+  std::size_t defined = 0;
+  const auto expectList = [&](const std::string& space, const std::string& list) {
+    const std::set<std::string> texts =
+        NamesBehind("inline constexpr auto ",
+                    Between("namespace " + space + " {", "}  // namespace " + space, home));
+    const std::set<std::string> listed =
+        NamesBehind(space + "::", Between(list + " = TextsOf(", ";", home));
+    for (const std::string& text : texts) {
+      EXPECT_TRUE(listed.contains(text)) << list << " lacks " << space << "::" << text;
+    }
+    defined += texts.size();
+    return listed.size();
+  };
+  EXPECT_EQ(expectList("line", "kCallLines"), kCallLines.size());
+  EXPECT_EQ(expectList("report", "kReports"), kReports.size());
+  EXPECT_EQ(expectList("timing", "kTimingLines"), kTimingLines.size());
+  EXPECT_EQ(CountOf("\"_line;", home), defined);
 }
 
 TEST(LogText, HasEachTextOnce) {
@@ -48,13 +82,13 @@ TEST(LogText, HasEachTextOnce) {
 
 TEST(LogText, HasALineForEveryFunction) {
   std::vector<std::string> missing;
-  ForEachFunction([&](std::string_view name, auto /*slot*/) {
-    const std::string begin = "%s=" + std::string(name) + "(";
+  for (const std::string& name : AllFunctionNames()) {
+    const std::string begin = "%s=" + name + "(";
     if (std::ranges::none_of(kCallLines,
                              [&](std::string_view line) { return line.starts_with(begin); })) {
-      missing.emplace_back(name);
+      missing.push_back(name);
     }
-  });
+  }
   EXPECT_THAT(missing, IsEmpty());
 }
 

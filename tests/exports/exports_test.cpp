@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "exports/tested_functions.h"
 #include "support/gentl_functions.h"
 #include "support/proxy.h"
 #include "support/system.h"
@@ -26,26 +27,12 @@ TEST(Exports, EveryFunctionIsFoundByItsNameAtAnAddressOfItsOwn) {
   EXPECT_EQ(addresses.size(), kFunctionCount);
 }
 
-// The function that the test is named after: the longest name that its own begins with.
-std::string FunctionOf(const std::string& test) {
-  std::string found;
-  for (const std::string& name : FunctionNames()) {
-    if (test.starts_with(name) && name.size() > found.size()) {
-      found = name;
-    }
-  }
-  return found;
-}
-
 TEST(Exports, EveryFunctionHasATestOfItsLine) {
   // These two are tested with the library's lifecycle.
   std::set<std::string> tested = {"GCInitLib", "GCCloseLib"};
   const auto& program = *::testing::UnitTest::GetInstance();
   for (int suite = 0; suite < program.total_test_suite_count(); ++suite) {
-    const auto& tests = *program.GetTestSuite(suite);
-    for (int test = 0; test < tests.total_test_count(); ++test) {
-      tested.insert(FunctionOf(tests.GetTestInfo(test)->name()));
-    }
+    tested.merge(FunctionsTestedBy(*program.GetTestSuite(suite)));
   }
   for (const std::string& name : FunctionNames()) {
     EXPECT_TRUE(tested.contains(name)) << name << " has no test of its line";

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The lines of the functions of GenTL 1.3 to 1.6, each typed whole.
+// The lines of the newer functions, each typed whole.
 #include <array>
 #include <cstring>
 #include <limits>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "exports/exports_fixture.h"
+#include "exports/tested_functions.h"
 
 namespace vextrel_test {
 namespace {
@@ -39,6 +41,15 @@ class NewerLines : public ExportsTest {
   const DS_HANDLE hDS = Handle(0xFEDCBA9876543210);
   const BUFFER_HANDLE hBuffer = Handle(0x5000);
 };
+
+// By the names of the tests in this file.
+TEST_F(NewerLines, AreTestedForEveryNewerFunction) {
+  const std::set<std::string> tested =
+      FunctionsTestedBy(*::testing::UnitTest::GetInstance()->current_test_suite());
+  for (const std::string& name : NewerFunctionNames()) {
+    EXPECT_TRUE(tested.contains(name)) << name << " has no test of its line";
+  }
+}
 
 TEST_F(NewerLines, DSGetBufferChunkData) {
   std::array<SINGLE_CHUNK_DATA, 3> chunks{};

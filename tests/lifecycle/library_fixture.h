@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "model/log.h"
 #include "model/messages.h"
 #include "platform/platform.h"
+#include "support/gentl_functions.h"
 #include "support/proxy.h"
 #include "support/system.h"
 
@@ -41,6 +43,39 @@ inline constexpr const char* kNoVersion = "INFO GenTL producer file version: '0.
 }
 [[nodiscard]] inline std::string ItselfLine(const std::string& target) {
   return "ERROR The GenTL producer dll is Vextrel itself: '" + target + "'";
+}
+
+// The lines about functions that a target with these exports lacks: one for each of the older, and
+// one for all of the newer together.
+[[nodiscard]] inline std::vector<std::string> MissingLines(const std::set<std::string>& exported) {
+  std::vector<std::string> lines;
+  std::string newer;
+  for (const std::string& name : FunctionNames()) {
+    if (exported.contains(name)) {
+      continue;
+    }
+    if (IsNewer(name)) {
+      newer += (newer.empty() ? "" : ", ") + name;
+    } else {
+      lines.push_back("ERROR " + NameInMissingLine(name) + " not exported");
+    }
+  }
+  if (!newer.empty()) {
+    lines.push_back("INFO Newer functions not exported: " + newer);
+  }
+  return lines;
+}
+
+// The functions that a target exports, by the file itself.
+[[nodiscard]] inline std::set<std::string> ExportsOf(const std::filesystem::path& target) {
+  const Module exports(target);
+  std::set<std::string> exported;
+  for (const std::string& name : FunctionNames()) {
+    if (exports.FindAddress(name.c_str()) != nullptr) {
+      exported.insert(name);
+    }
+  }
+  return exported;
 }
 
 // Gives a module's references back to the loader, those that the proxy has left on purpose.

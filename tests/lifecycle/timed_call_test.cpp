@@ -10,6 +10,7 @@
 #include <log4cpp/Category.hh>
 #include <log4cpp/OstreamAppender.hh>
 #include <log4cpp/Priority.hh>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -116,8 +117,10 @@ TEST_F(TimedCall, ShowsNoArgumentWhereThereIsNone) {
 TEST_F(TimedCall, IsThereForEveryFunction) {
   StartTimed();
   int number = 1;
+  // GCInitLib has its lines at the start, and GCCloseLib would end the session.
+  std::set<std::string> timed = {"GCInitLib", "GCCloseLib"};
   ForEachFunction([&](const std::string& name, auto slot) {
-    if (name == "GCInitLib" || name == "GCCloseLib") {
+    if (timed.contains(name)) {
       return;
     }
     SCOPED_TRACE(name);
@@ -128,8 +131,9 @@ TEST_F(TimedCall, IsThereForEveryFunction) {
     EXPECT_THAT(lines[0], ::testing::StartsWith(Enters(number, name + "(")));
     EXPECT_THAT(lines[1], Leaves(number, name));
     EXPECT_THAT(lines[2], ::testing::StartsWith("INFO Vextrel GC_ERR_SUCCESS=" + name + "("));
+    timed.insert(name);
   });
-  EXPECT_EQ(number, 63);
+  EXPECT_THAT(FunctionNames(), ::testing::UnorderedElementsAreArray(timed));
 }
 
 TEST_F(TimedCall, IsCountedOnOverClosing) {

@@ -15,6 +15,7 @@ namespace {
 using namespace vextrel::program;  // NOLINT(google-build-using-namespace)
 using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::Not;
 
 std::vector<std::string> NamesOf(const std::vector<NeededLibrary>& libraries) {
@@ -111,12 +112,10 @@ TEST(Image, OfWhatTheLinkerMadeIsRead) {
   EXPECT_THAT(NamesOf(camera.needed), Contains(isPe ? "KERNEL32.dll" : "libc.so.6"));
   const Image extended = ReadImage(PathOf(SIMULATED_CAMERA_EXTENDED));
   EXPECT_TRUE(HasNewerFunction(extended.exports));
-  std::string counts;
+  const Image module = ReadImage(PathOf(VEXTREL_EXTENDED_MODULE));
   for (const GentlVersion& version : GentlVersions()) {
-    EXPECT_TRUE(Lacking(version, extended.exports).empty()) << version.name;
-    counts += std::string(version.name) + ": " + std::to_string(version.functions.size()) + " ";
+    EXPECT_THAT(Lacking(version, module.exports), IsEmpty()) << version.name;
   }
-  EXPECT_EQ(counts, "1.0: 47 1.1: 4 1.3: 1 1.4: 3 1.5: 2 1.6: 7 ");
   EXPECT_FALSE(ReadImage(PathOf(GRAB_PROGRAM)).isLibrary);
 }
 

@@ -64,6 +64,19 @@ TEST(LineShapes, HaveEveryLineOfTheLog) {
   }
 }
 
+TEST(LineShapes, KnowEveryLabel) {
+  for (const LineShape& shape : CallShapes()) {
+    for (const Place& place : shape.places) {
+      EXPECT_TRUE(place.meaning != Meaning::Unknown) << "No table in line_shapes.cpp has the label "
+                                                     << place.label << " of " << shape.function;
+      if (place.conversion == vextrel::Conversion::Pointer && place.label.starts_with('h')) {
+        EXPECT_TRUE(place.meaning == Meaning::Handle)
+            << place.label << " of " << shape.function << " is no handle";
+      }
+    }
+  }
+}
+
 TEST(LineShapes, AreFoundByTheirFunctions) {
   std::set<std::string_view> functions;
   for (const LineShape& shape : CallShapes()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the 13 newer functions tell of the extended camera: its frames of 16 x 4 pixels have two
+// What the newer functions tell of the extended camera: its frames of 16 x 4 pixels have two
 // parts of 64 bytes and two chunks of 8 bytes.
 #include <algorithm>
 

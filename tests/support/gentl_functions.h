@@ -5,7 +5,7 @@
 // target, and every test that visits them or calls them uniformly.
 //
 // Compiled with VEXTREL_EXTENDED, the tests are about the extended module, and the list has the
-// functions of GenTL 1.3 to 1.6, too. A program has one list or the other in all its parts.
+// newer functions, too. A program has one list or the other in all its parts.
 #ifndef VEXTREL_TESTS_SUPPORT_GENTL_FUNCTIONS_H
 #define VEXTREL_TESTS_SUPPORT_GENTL_FUNCTIONS_H
 
@@ -14,7 +14,6 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -188,13 +187,25 @@ void ForEachFunction(Visit visit) {
   return names;
 }
 
-// Whether the function came with GenTL 1.3 to 1.6. A target that lacks one of these gets no line of
-// its own, and the names of GenTL 1.6 stand in their lines.
-[[nodiscard]] inline bool IsNewer(std::string_view name) {
+// Those of either module, and of both, whichever the tests are about.
 #define VEXTREL_TEST_NAME(name, ...) #name,
-  static constexpr std::string_view kNewer[] = {VEXTREL_TEST_NEWER_FUNCTIONS(VEXTREL_TEST_NAME)};
+[[nodiscard]] inline std::vector<std::string> OlderFunctionNames() {
+  return {VEXTREL_TEST_OLDER_FUNCTIONS(VEXTREL_TEST_NAME)};
+}
+[[nodiscard]] inline const std::vector<std::string>& NewerFunctionNames() {
+  static const std::vector<std::string> names = {VEXTREL_TEST_NEWER_FUNCTIONS(VEXTREL_TEST_NAME)};
+  return names;
+}
+[[nodiscard]] inline std::vector<std::string> AllFunctionNames() {
+  return {VEXTREL_TEST_OLDER_FUNCTIONS(VEXTREL_TEST_NAME)
+              VEXTREL_TEST_NEWER_FUNCTIONS(VEXTREL_TEST_NAME)};
+}
 #undef VEXTREL_TEST_NAME
-  return std::ranges::find(kNewer, name) != std::end(kNewer);
+
+// Whether the function came with GenTL 1.3 or later. A target that lacks one of these gets no line
+// of its own, and the newer names stand in their lines.
+[[nodiscard]] inline bool IsNewer(std::string_view name) {
+  return std::ranges::find(NewerFunctionNames(), name) != NewerFunctionNames().end();
 }
 
 // Returns the name by which the log reports that a target doesn't export the function.
