@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "fault_calls.h"
+#include "gentl/gentl_newer.h"
 
 namespace grab {
 

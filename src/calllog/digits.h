@@ -36,6 +36,17 @@ char* WriteDecimal(Number value, char* text) noexcept {
   return std::to_chars(text, text + kMaxDecimal<Number>, value).ptr;
 }
 
+// Nanoseconds as microseconds with three decimals. REQUIRES: `nanoseconds` isn't negative.
+inline char* WriteMicroseconds(std::int64_t nanoseconds, char* text) noexcept {
+  text = WriteDecimal(nanoseconds / 1000, text);
+  const auto fraction = static_cast<unsigned>(nanoseconds % 1000);
+  *text++ = '.';
+  *text++ = static_cast<char>('0' + fraction / 100);
+  *text++ = static_cast<char>('0' + fraction / 10 % 10);
+  *text++ = static_cast<char>('0' + fraction % 10);
+  return text;
+}
+
 // Lower-case hexadecimal without prefix or padding.
 template <std::unsigned_integral Number>
 char* WriteHex(Number value, char* text) noexcept {

@@ -32,17 +32,9 @@ void Write(KnownFormat<text> format, const Values&... values) noexcept {
   });
 }
 
-// Nanoseconds as microseconds with three decimals.
 RenderedText RenderMicroseconds(std::int64_t nanoseconds) {
-  return RenderedText::Number([nanoseconds](char* text) {
-    text = WriteDecimal(nanoseconds / 1000, text);
-    const auto fraction = static_cast<unsigned>(nanoseconds % 1000);
-    *text++ = '.';
-    *text++ = static_cast<char>('0' + fraction / 100);
-    *text++ = static_cast<char>('0' + fraction / 10 % 10);
-    *text++ = static_cast<char>('0' + fraction % 10);
-    return text;
-  });
+  return RenderedText::Number(
+      [nanoseconds](char* text) { return WriteMicroseconds(nanoseconds, text); });
 }
 
 }  // namespace

@@ -28,6 +28,22 @@ std::size_t DecimalSize(Number value) {
   return Digits::Decimal(value).view().size();
 }
 
+std::string Microseconds(std::int64_t nanoseconds) {
+  char text[vextrel::kMaxDigits];
+  return {text, vextrel::WriteMicroseconds(nanoseconds, text)};
+}
+
+TEST(Digits, ShowMicrosecondsWithThreeDecimals) {
+  EXPECT_EQ(Microseconds(0), "0.000");
+  EXPECT_EQ(Microseconds(7), "0.007");
+  EXPECT_EQ(Microseconds(40), "0.040");
+  EXPECT_EQ(Microseconds(999), "0.999");
+  EXPECT_EQ(Microseconds(1000), "1.000");
+  EXPECT_EQ(Microseconds(123456), "123.456");
+  EXPECT_EQ(Microseconds(98765432109), "98765432.109");
+  EXPECT_EQ(Microseconds(std::numeric_limits<std::int64_t>::max()), "9223372036854775.807");
+}
+
 // What a line's room is measured with: the widest number of each type takes it up exactly.
 TEST(Digits, KnowTheMostThatEachTypeNeeds) {
   EXPECT_EQ(DecimalSize(std::numeric_limits<std::int16_t>::min()),
