@@ -28,11 +28,11 @@ struct TraceArguments {
 
 // What is known before the application starts.
 struct Plan {
-  fs::path application;
-  fs::path target;
-  fs::path module;
-  fs::path log;     // empty if the configuration names none
-  fs::path config;  // the user's own; empty for ours
+  std::filesystem::path application;
+  std::filesystem::path target;
+  std::filesystem::path module;
+  std::filesystem::path log;     // empty if the configuration names none
+  std::filesystem::path config;  // the user's own; empty for ours
 };
 
 // Throws LaunchFailure if there can't be a trace. Fills in the size in `arguments.style`.
