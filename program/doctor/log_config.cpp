@@ -11,6 +11,7 @@
 
 #include "images/file_bytes.h"
 #include "launching/system.h"
+#include "launching/variables.h"
 
 namespace vextrel::program {
 namespace {
@@ -299,7 +300,8 @@ std::optional<Fault> FaultOfConfigFile(const std::filesystem::path& file) {
   const char* const why = std::filesystem::is_directory(file, error) ? "is a folder"
                           : std::filesystem::exists(file, error)     ? "can't be read"
                                                                      : "isn't there";
-  return Fault{fmt::format("the configuration '{}' {}", TextOf(file), why), "name a property file"};
+  return Fault{fmt::format("the configuration '{}' {}", TextOf(file), why),
+               fmt::format("name a property file with --config, or in {}", kConfigVariable)};
 }
 
 }  // namespace vextrel::program

@@ -20,11 +20,10 @@ inline constexpr int kExitNotFound = 127;
 class LaunchFailure : public std::runtime_error {
  public:
   LaunchFailure(int status, const std::string& sentence)
-      : std::runtime_error(sentence), status_(status), why_{sentence, ""} {}
+      : LaunchFailure(status, Fault{sentence, ""}) {}
   LaunchFailure(int status, const Fault& why)
       : std::runtime_error(why.Sentence()), status_(status), why_(why) {}
   [[nodiscard]] int Status() const noexcept { return status_; }
-  // The sentence in its two parts; without a remedy if nothing is known to help.
   [[nodiscard]] const Fault& Why() const noexcept { return why_; }
 
  private:

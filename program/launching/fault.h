@@ -9,9 +9,11 @@ namespace vextrel::program {
 
 struct Fault {
   std::string text;
-  std::string remedy;
+  std::string remedy;  // empty if nothing is known to help
 
-  [[nodiscard]] std::string Sentence() const { return text + ": " + remedy; }
+  [[nodiscard]] std::string Sentence() const {
+    return remedy.empty() ? text : text + ": " + remedy;
+  }
 };
 
 }  // namespace vextrel::program

@@ -83,6 +83,9 @@ std::optional<Fault> FaultOfLog(const fs::path& log) {
     }
     return fault;
   }
+  if (fs::is_directory(log, error)) {
+    return Fault{text + ", since it's a folder", "name a file in it"};
+  }
   // One that's there doesn't need a folder that the user may write to, and a device has no disk.
   if (!std::ofstream(log, std::ios::app).is_open()) {
     return Fault{text + " by this user", "remove it, or allow the user to write it"};

@@ -116,13 +116,11 @@ std::optional<Fault> FaultOfTarget(const fs::path& target) {
   if (IsVextrel(target)) {
     return Fault{name + "is Vextrel itself", "name the producer that it is to trace"};
   }
-  const Image image = ReadImage(target);
-  const std::string why = WhyNotATarget(image, kOwnImageKind);
-  if (why.empty()) {
-    return std::nullopt;
+  std::optional<Fault> why = WhyNotATarget(ReadImage(target), kOwnImageKind);
+  if (why) {
+    why->text = name + why->text;
   }
-  return Fault{name + why, image.isDamaged ? "install the maker's software again"
-                                           : "name a 64-bit producer for this system"};
+  return why;
 }
 
 Fault FaultOfPackage(std::string_view module) {
@@ -130,30 +128,34 @@ Fault FaultOfPackage(std::string_view module) {
           "unpack the whole package"};
 }
 
-std::string WhyNotATarget(const Image& image, ImageKind ownKind) {
+std::optional<Fault> WhyNotATarget(const Image& image, ImageKind ownKind) {
+  const std::string remedy = "name a 64-bit producer for this system";
   if (image.kind == ImageKind::None) {
-    return "isn't a module";
+    return Fault{"isn't a module", remedy};
   }
   if (image.kind != ownKind) {
-    return image.kind == ImageKind::Pe ? "is a module for Windows" : "is a module for Linux";
+    return Fault{image.kind == ImageKind::Pe ? "is a module for Windows" : "is a module for Linux",
+                 remedy};
   }
   if (image.machine == Machine::X86) {
-    return "is a 32-bit module";
+    return Fault{"is a 32-bit module", "use the 64-bit edition of the maker's software"};
   }
   if (image.machine != Machine::X64) {
-    return "is a module for " + std::string(MachineName(image.machine)) +
-           ", and Vextrel is for x64";
+    return Fault{
+        "is a module for " + std::string(MachineName(image.machine)) + ", and Vextrel is for x64",
+        remedy};
   }
   if (image.isDamaged) {
-    return "is damaged";
+    return Fault{"is damaged", "install the maker's software again"};
   }
   if (!image.isLibrary) {
-    return "is a program, not a module";
+    return Fault{"is a program, not a module", "name the .cti file of the camera's maker"};
   }
   if (std::find(image.exports.begin(), image.exports.end(), "GCInitLib") == image.exports.end()) {
-    return "isn't a GenTL producer: it doesn't export GCInitLib";
+    return Fault{"isn't a GenTL producer, since it doesn't export GCInitLib",
+                 "name the .cti file of the camera's maker"};
   }
-  return "";
+  return std::nullopt;
 }
 
 fs::path ChooseModule(ModuleChoice choice, bool withTiming, const fs::path& target,

@@ -46,8 +46,9 @@ struct OwnModules {
 // One of our modules isn't where it belongs.
 [[nodiscard]] Fault FaultOfPackage(std::string_view module);
 
-// Why it isn't a 64-bit producer: empty if it is. `ownKind` is what this system's modules are.
-[[nodiscard]] std::string WhyNotATarget(const Image& image, ImageKind ownKind);
+// Why it isn't a 64-bit producer. Nothing if it is. The text comes without the file's name.
+// `ownKind` is what this system's modules are.
+[[nodiscard]] std::optional<Fault> WhyNotATarget(const Image& image, ImageKind ownKind);
 
 // The module for this target. Throws LaunchFailure if it isn't there, or can't do what is asked
 // for.

@@ -160,7 +160,7 @@ std::vector<BrokenSetup> BrokenSetups() {
        "there's no folder", Told::Configuration, TraceEnd::Refused},
       {"28: a folder in the place of the log",
        [](SoundSetup& s) { s.SetConfig("rootCategory=INFO, file\n", "target"); }, "log",
-       "can't be written by this user", Told::Configuration, TraceEnd::Refused},
+       "can't be written, since it's a folder", Told::Configuration, TraceEnd::Refused},
       {"29: an application that isn't there",
        [](SoundSetup& s) { s.setup.application = "no-such-application"; }, "application",
        "there's no application", Told::Target, TraceEnd::NotFound},

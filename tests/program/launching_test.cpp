@@ -150,20 +150,29 @@ TEST(Modules, TargetIsNamedOrTheOnlyOneThatTheVariableShows) {
 }
 
 TEST(Modules, TargetIsAProducerForThisMachine) {
+  const auto why = [](const std::string& bytes, ImageKind kind) {
+    const auto fault = WhyNotATarget(ParseImage(bytes), kind);
+    return fault ? fault->Sentence() : std::string();
+  };
+  const std::string remedy = ": name a 64-bit producer for this system";
   MadeImage made;
   made.exports = {"GCInitLib"};
-  EXPECT_EQ(WhyNotATarget(ParseImage(MadeElf(made)), ImageKind::Elf), "");
-  EXPECT_EQ(WhyNotATarget(ParseImage(MadePe(made)), ImageKind::Pe), "");
-  EXPECT_EQ(WhyNotATarget(ParseImage(MadePe(made)), ImageKind::Elf), "is a module for Windows");
-  EXPECT_EQ(WhyNotATarget(ParseImage(MadeElf(made)), ImageKind::Pe), "is a module for Linux");
-  EXPECT_EQ(WhyNotATarget(ParseImage("text"), ImageKind::Pe), "isn't a module");
+  EXPECT_EQ(why(MadeElf(made), ImageKind::Elf), "");
+  EXPECT_EQ(why(MadePe(made), ImageKind::Pe), "");
+  EXPECT_EQ(why(MadePe(made), ImageKind::Elf), "is a module for Windows" + remedy);
+  EXPECT_EQ(why(MadeElf(made), ImageKind::Pe), "is a module for Linux" + remedy);
+  EXPECT_EQ(why("text", ImageKind::Pe), "isn't a module" + remedy);
   made.machine = 0x14C;
-  EXPECT_THAT(WhyNotATarget(ParseImage(MadePe(made)), ImageKind::Pe), HasSubstr("32-bit module"));
+  EXPECT_EQ(why(MadePe(made), ImageKind::Pe),
+            "is a 32-bit module: use the 64-bit edition of the maker's software");
   made.machine = 183;
-  EXPECT_THAT(WhyNotATarget(ParseImage(MadeElf(made)), ImageKind::Elf), HasSubstr("for ARM64"));
+  EXPECT_EQ(why(MadeElf(made), ImageKind::Elf),
+            "is a module for ARM64, and Vextrel is for x64" + remedy);
   made.machine = 0;
   made.exports = {"other"};
-  EXPECT_THAT(WhyNotATarget(ParseImage(MadeElf(made)), ImageKind::Elf), HasSubstr("isn't a GenTL"));
+  EXPECT_EQ(why(MadeElf(made), ImageKind::Elf),
+            "isn't a GenTL producer, since it doesn't export GCInitLib: name the .cti file of the "
+            "camera's maker");
 }
 
 TEST(Application, ThatCannotBeTracedIsToldInAPlainSentence) {
@@ -253,7 +262,7 @@ TEST(LogFile, ThatIsThereNeedsNoFolderToWriteTo) {
     const auto fault = FaultOfLog(path);
     return fault ? fault->Sentence() : "";
   };
-  EXPECT_THAT(why(folder), HasSubstr("can't be written by this user: remove it, or allow"));
+  EXPECT_THAT(why(folder), HasSubstr("can't be written, since it's a folder: name a file in it"));
   EXPECT_THAT(why(folder / "none" / "app.log"),
               HasSubstr("app.log' can't be written: there's no folder '"));
 }

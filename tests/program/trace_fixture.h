@@ -12,8 +12,9 @@
 
 #include "images/file_bytes.h"
 #include "launching/system.h"
-#include "launching/variables.h"
+#include "program/scoped_variable.h"
 #include "program/small_log.h"
+#include "support/system.h"
 
 namespace vextrel_test {
 
@@ -21,6 +22,8 @@ inline const std::vector<std::string> kTarget = {"--target", SIMULATED_CAMERA};
 
 class Trace : public testing::Test {
  protected:
+  Trace() { std::filesystem::create_directory(temporary); }
+
   // Traces `application`, with the log in the scratch folder.
   [[nodiscard]] ProgramResult Run(std::vector<std::string> options,
                                   std::vector<std::string> application) {
@@ -35,23 +38,18 @@ class Trace : public testing::Test {
     return vextrel::program::ReadBytes(vextrel::program::PathOf(logFile)).value_or("no log");
   }
 
-  // Folders for temporary files that hold what a trace leaves behind.
-  [[nodiscard]] static std::size_t Leftovers() {
-    std::size_t count = 0;
-    for (const std::filesystem::path& folder :
-         vextrel::program::TemporaryFolders(vextrel::program::ProcessVariables())) {
-      std::error_code ignored;
-      for (std::filesystem::directory_iterator file(folder, ignored), end; file != end;
-           file.increment(ignored)) {
-        count += std::filesystem::exists(file->path() / "trace.properties", ignored) ? 1 : 0;
-      }
-      break;
-    }
-    return count;
+  // What traces left behind in the folder for temporary files.
+  [[nodiscard]] std::size_t Leftovers() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(temporary),
+                                                  std::filesystem::directory_iterator()));
   }
 
   ScratchFile scratch{"", "empty"};
   std::filesystem::path folder = vextrel::program::PathOf(scratch.Path()).parent_path();
+  // The test's own, because others trace at the same time.
+  std::filesystem::path temporary = folder / "temporary";
+  ScopedVariable temporaryVariable{kOnWindows ? "TMP" : "TMPDIR",
+                                   vextrel::program::TextOf(temporary)};
   std::string logFile;
   int number = 0;
 };

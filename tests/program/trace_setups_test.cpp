@@ -77,7 +77,6 @@ int StatusOf(TraceEnd end) {
 }
 
 TEST_F(TraceOfBrokenSetups, MendsThemOrNamesTheSameCauseAsTheDoctor) {
-  const std::size_t leftovers = Leftovers();
   for (const BrokenSetup& broken : BrokenSetups()) {
     SCOPED_TRACE(broken.name);
     SoundSetup setup;
@@ -85,6 +84,7 @@ TEST_F(TraceOfBrokenSetups, MendsThemOrNamesTheSameCauseAsTheDoctor) {
     const Diagnoses diagnoses = Examine(setup.setup);
     ASSERT_NE(diagnoses.FirstWrong(), nullptr);
     const std::string cause = diagnoses.FirstWrong()->text;
+    const std::size_t leftovers = Leftovers();
     const ProgramResult run = TraceOf(setup, broken.told);
     if (broken.mended != nullptr) {
       EXPECT_THAT(run.errors, HasSubstr(std::string("vextrel: ") + broken.mended));
