@@ -9,7 +9,7 @@
 namespace vextrel::program {
 namespace {
 
-// All that 1.0 hadn't, from the oldest version on.
+// What came after 1.0, the oldest version first.
 struct Addition {
   std::string_view function;
   std::string_view version;

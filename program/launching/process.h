@@ -64,8 +64,8 @@ class InterruptionGuard {
 // ERROR_ELEVATION_REQUIRED of Windows
 inline constexpr std::uint32_t kWantsElevation = 740;
 
-// What is meant by a number with which Windows refused to start a program. The text comes without
-// the program's name.
+// What the error means with which Windows refused to start a program. The text comes without the
+// program's name.
 [[nodiscard]] Fault WhyNotStarted(std::uint32_t error);
 
 }  // namespace vextrel::program

@@ -35,7 +35,7 @@ struct EnteredCall {
 
 // A call that has left the target.
 struct TimedCall {
-  // If the log starts behind the call's entry, it has the place of the other line and the time that
+  // If the log starts after the call's entry, it has the place of the other line and the time that
   // follows from the duration.
   EnteredCall entered;
   std::uint64_t nanoseconds = 0;

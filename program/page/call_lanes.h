@@ -61,11 +61,11 @@ class CallLanes {
   // `calls` is how many there are in the log.
   explicit CallLanes(std::uint64_t calls) : keepsAll_(calls <= kMostCalls) {}
 
-  // To be called with each call behind the model. `time` is in microseconds since the log's first
+  // To be called with each call after the model. `time` is in microseconds since the log's first
   // line and doesn't go back; `isNear` tells whether a finding is near.
   void Take(const SessionModel& model, const Record& record, const Message& message,
             const Context& context, std::int64_t time, bool isNear);
-  // The latest call brought a frame, this long behind the one before: what was called in between
+  // The latest call brought a frame, this long after the one before: what was called in between
   // may tell why. In microseconds.
   void EndInterval(std::int64_t interval);
   // Adds the calls that never returned, and sorts: call it when the log ends, at `time`.

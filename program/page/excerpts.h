@@ -36,7 +36,7 @@ class Excerpts {
   // Plans for the gravest findings first, as far as the rows suffice.
   explicit Excerpts(const Findings& findings);
 
-  // To be called with each record behind the model.
+  // To be called with each record after the model.
   void Take(const SessionModel& model, const Record& record, const Message& message,
             const Context& context);
 

@@ -22,7 +22,7 @@ class HandleLives {
  public:
   static constexpr std::size_t kMostHandles = 1500;
 
-  // To be called behind each record that the model has taken.
+  // To be called after each record that the model has taken.
   void Take(const SessionModel& model, const Message& message, const Context& context,
             std::int64_t time);
 

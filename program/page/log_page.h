@@ -26,7 +26,7 @@ class LogPage {
   // What the first reading told. It must live as long as this.
   LogPage(const ReportedLog& log, const SessionModel& told, const Findings& findings);
 
-  // To be called with each record of the second reading behind `model`, which is that reading's
+  // To be called with each record of the second reading after `model`, which is that reading's
   // own.
   void Take(const SessionModel& model, const Record& record, const Message& message,
             const Context& context);

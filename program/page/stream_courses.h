@@ -53,7 +53,7 @@ class StreamCourses {
   // Follows those streams of `told` that have most frames.
   explicit StreamCourses(const SessionModel& told);
 
-  // To be called behind each call. `time` is in microseconds since the log's first line, and
+  // To be called after each call. `time` is in microseconds since the log's first line, and
   // doesn't go back. Returns the interval that ended with this call, if it brought a frame.
   std::optional<std::int64_t> Take(const SessionModel& model, std::int64_t time,
                                    const LogPlace& place);

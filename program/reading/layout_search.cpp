@@ -10,7 +10,7 @@
 namespace vextrel::program {
 namespace {
 
-// Lines to look at, behind the first one that fits any layout.
+// Lines to look at, after the first one that fits any layout.
 constexpr int kLines = 200;
 
 std::vector<Layout> Candidates() {

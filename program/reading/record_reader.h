@@ -101,7 +101,7 @@ class RecordReader {
   RecordHead head_;  // of the record at begin_
   RecordHead nextHead_;
   bool nextIsRecord_ = false;
-  bool skipping_ = false;  // behind a record that was too long
+  bool skipping_ = false;  // after a record that was too long
   std::uint64_t line_ = 1;
   std::uint64_t recordBreaks_ = 0;  // line breaks of the record at begin_
   std::uint64_t allLines_ = 0;

@@ -37,7 +37,7 @@ constexpr Rule kSize{
         "answered GC_ERR_BUFFER_TOO_SMALL, or a frame says that its data is larger than "
         "its buffer.",
     .remedy =
-        "Ask for the payload size again behind every change of width, height or pixel "
+        "Ask for the payload size again after every change of width, height or pixel "
         "format, and announce buffers of that size.",
     .section = "5.2.1",
     .harmless = "",

@@ -86,7 +86,7 @@ enum class Function : std::uint8_t {
 
 // True iff `id` is `ancestor`, or lies below it.
 [[nodiscard]] bool IsAtOrBelow(const Handles& handles, HandleId id, HandleId ancestor);
-// True iff `a` stands behind `b` in the log.
+// True iff `a` comes after `b` in the log.
 [[nodiscard]] bool IsBehind(const LogPlace& a, const LogPlace& b) noexcept;
 
 // How a handle ended.
@@ -160,7 +160,7 @@ class Call {
 };
 
 // True iff `call` is a wait that timed out, and 100 ms or more have passed since then, or were
-// waited: that's long enough for what comes right behind a start.
+// waited: that's long enough for what comes right after a start.
 [[nodiscard]] bool TimedOutSince(const Call& call, const Moment& since);
 
 }  // namespace vextrel::program

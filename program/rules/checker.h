@@ -19,9 +19,9 @@ class Checker : public SessionObserver {
   // Observes `model` from here on. Both must live until the log was read.
   explicit Checker(SessionModel& model);
 
-  // To be called with each record behind SessionModel::Take.
+  // To be called with each record after SessionModel::Take.
   void Take(const Record& record, const Message& message, const Context& context);
-  // To be called behind SessionModel::Finish, once.
+  // To be called after SessionModel::Finish, once.
   void Finish();
 
   // In the order of the log, after Finish.

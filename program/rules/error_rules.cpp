@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// ERR: failures that nobody looks at. Runs behind the families that explain failures.
+// ERR: failures that nobody looks at. Runs after the families that explain failures.
 #include <fmt/format.h>
 
 #include <unordered_map>
@@ -27,7 +27,7 @@ constexpr Rule kStale{
     .severity = Severity::Info,
     .sentence = "The last error is asked for on another thread",
     .explanation =
-        "GCGetLastError was called on a thread on which nothing had failed, behind a "
+        "GCGetLastError was called on a thread on which nothing had failed, after a "
         "failure on another one. Each thread has a last error of its own.",
     .remedy = "Ask on the thread that made the call, before its next call.",
     .section = "6.3.1.3",

@@ -46,7 +46,7 @@ class RuleFamily {
   // A line that no call and no report makes, or that can't be read.
   virtual void OnOther(const Record& /*record*/, const Message& /*message*/,
                        const Context& /*context*/) {}
-  // The log ends, behind the last session.
+  // The log ends, after the last session.
   virtual void Finish(const SessionModel& /*model*/) {}
 };
 

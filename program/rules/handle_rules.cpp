@@ -15,7 +15,7 @@ constexpr Rule kAfter{
     .severity = Severity::Error,
     .sentence = "A handle was used when it was closed already",
     .explanation =
-        "The call was certainly made behind the one that closed the handle: on the same "
+        "The call was certainly made after the one that closed the handle: on the same "
         "thread, or on one that wrote another line in between. Closing twice counts, "
         "too. If the producer accepts the call all the same, that's a warning.",
     .remedy =

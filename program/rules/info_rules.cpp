@@ -193,7 +193,7 @@ class Infos : public RuleFamily {
       finding->count = counted.count;
       finding->message = fmt::format(
           "{} of {} is asked again and again with too small a buffer, though the producer "
-          "likely says what it takes: {} bytes stand in the size behind the call.",
+          "likely says what it takes: {} bytes stand in the size after the call.",
           call.Name(), command, call.Number("iSize"));
       NameFirst(call, *finding);
     }

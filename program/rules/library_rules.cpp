@@ -16,7 +16,7 @@ constexpr Rule kInit{
     .severity = Severity::Error,
     .sentence = "The library was used while it wasn't initialized",
     .explanation =
-        "A call came before GCInitLib, behind GCCloseLib, or behind a GCInitLib that "
+        "A call came before GCInitLib, after GCCloseLib, or after a GCInitLib that "
         "failed. The producer answers GC_ERR_NOT_INITIALIZED and does nothing. If the "
         "library was initialized and a call is refused like this nevertheless, that's a "
         "warning: it's likely the producer's own state.",

@@ -47,7 +47,7 @@ constexpr Rule kTimeout{
         "The update timed out, and the list was used nevertheless: it's the old one. "
         "Or the time-out is below 100 ms, in which cameras in a network often don't "
         "answer. Or, as timing lines tell, the update took 90 % of its time-out or more, so "
-        "that an answer just behind it is missing.",
+        "that the answer just after it is missing.",
     .remedy = "Give the update a second or more, and look at its result.",
     .section = "6.3.2.8, 6.3.3.7",
     .harmless = "A local bus can answer fast, and some producers always wait as long as they may.",
@@ -68,11 +68,11 @@ constexpr Rule kListRace{
 constexpr Rule kIndex{
     .id = "LIST-INDEX",
     .severity = Severity::Warning,
-    .sentence = "An index lies behind the end of its list",
+    .sentence = "An index is past the end of its list",
     .explanation =
         "The call failed, and its index isn't below the count that was asked for last, "
         "or the producer says GC_ERR_INVALID_INDEX.",
-    .remedy = "Ask for the count again behind each update, and count from 0.",
+    .remedy = "Ask for the count again after each update, and count from 0.",
     .section = "6.3.2.3",
     .harmless = "",
     .needs = ""};

@@ -73,8 +73,8 @@ constexpr Rule kReport{
     .sentence = "A report in the log says something else than what happened",
     .explanation =
         "Vextrel reports what it sees call by call, and that isn't always what went "
-        "wrong: it looks for streams on the first interface only, it reports each device "
-        "that it looks for a buffer on in vain, it may take an event "
+        "wrong: it looks for streams on the first interface only, it looks for a buffer on "
+        "one device after the other and reports each that doesn't have it, it may take an event "
         "for another one, a device counts as not closed if the producer refused to "
         "close it, and a library that couldn't be loaded counts as not initialized.",
     .remedy = "Go by the finding, not by the report.",
@@ -252,7 +252,8 @@ class Log : public RuleFamily {
           findings_.Add(kReport, Severity::Info, KeyOf(0, isElsewhere ? 2 : 5), moment);
       if (finding != nullptr) {
         finding->message = fmt::format(
-            "{} is open and all right: Vextrel looks for it on {}.", handles.FullName(id),
+            "{} is open, and nothing is wrong with it: Vextrel looks for it on {}.",
+            handles.FullName(id),
             isElsewhere ? "the first interface only"
                         : "one device after the other, and reports each that doesn't have it");
         finding->handles.push_back(handles.Name(id));

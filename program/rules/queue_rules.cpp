@@ -250,7 +250,7 @@ class Queue : public RuleFamily {
     const QueueFlush& last = flush->second;
     const auto queued = queuedAt_.find(buffer);
     if (queued != queuedAt_.end() && IsBehind(queued->second, last.place)) {
-      return fmt::format("since it was queued again behind DSFlushQueue({})", last.type);
+      return fmt::format("since it was queued again after DSFlushQueue({})", last.type);
     }
     if (!last.failure.empty()) {
       return fmt::format("since DSFlushQueue({}) failed with {}", last.type, last.failure);

@@ -18,7 +18,7 @@ constexpr Rule kSerial{
     .explanation =
         "One thread is in EventGetData most of the time, and other threads access ports, but none "
         "of those accesses began during a wait of 50 ms or longer, and ten times or more, one "
-        "came right behind such a wait. Likely a lock of the application is held around the wait, "
+        "came right after such a wait. Likely a lock of the application is held around the wait, "
         "like the interpreter's own in Python.",
     .remedy =
         "Release the lock before EventGetData, or wait with a short time-out. A wrapper of the "

@@ -137,7 +137,7 @@ class Waits : public RuleFamily {
   };
   struct WaitingStream {
     std::uint64_t framesAtStart = 0;
-    std::uint64_t row = 0;  // time-outs behind each other
+    std::uint64_t row = 0;  // time-outs in a row
     Moment first;
     std::int64_t firstWaited = 0;  // what the first one waited before its line
     std::int64_t last = 0;

@@ -17,7 +17,7 @@ namespace vextrel::program {
 namespace {
 
 // With timing lines a call is drawn as long as it was in the target. Its beginning is as fine as
-// the layout shows it, so it is moved behind the end of the call before it on its thread where the
+// the layout shows it, so it is moved after the end of the call before it on its thread where the
 // two would overlap: that is never later than the truth.
 //
 // Without timing lines a wait is drawn from the line before it on its thread, and another call as a

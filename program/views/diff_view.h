@@ -50,7 +50,7 @@ class DiffView {
     std::unique_ptr<Alignment> alignment;
     std::uint64_t lastPoll[2] = {0, 0};  // what the last call was, if it was a time-out
     std::deque<std::string> context;
-    bool collectsAfter = false;  // behind the first difference of all
+    bool collectsAfter = false;  // after the first difference of all
   };
   struct Counts {
     std::uint64_t onlyLeft = 0;

@@ -40,7 +40,7 @@ class ShowView {
   void Finish();
 
  private:
-  // A call that waited in vain, and those like it right behind.
+  // A call that waited in vain, and those like it right after.
   struct Poll {
     std::uint16_t line = 0;
     HandleId handle = kNoHandle;

@@ -18,7 +18,7 @@ struct Day {
   std::int64_t day;
 };
 
-// The day with that many days behind 1970-01-01, in the Gregorian calendar.
+// The day with that many days after 1970-01-01, in the Gregorian calendar.
 Day DayOf(std::int64_t days) noexcept {
   days += 719'468;
   const std::int64_t era = (days >= 0 ? days : days - 146'096) / 146'097;

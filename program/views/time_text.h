@@ -34,7 +34,7 @@ class TimeLimit {
  public:
   explicit TimeLimit(std::string_view text);
 
-  // Where `time` lies: negative before the limit, 0 at it, positive behind it. `first` is the log's
+  // Where `time` lies: negative before the limit, 0 at it, positive after it. `first` is the log's
   // first time.
   [[nodiscard]] int Compare(std::int64_t time, std::int64_t first) const noexcept;
 

@@ -33,6 +33,7 @@ void AskUnplugged(Session& session, bool mended) {
     refused += CanRead(session) ? 0 : 1;
     Sleep(10);
   }
+  // It can't be told to stop.
   session.acquiring = false;
   session.gentl.DSStopAcquisition(session.stream, ACQ_STOP_FLAGS_DEFAULT);
   session.gentl.DSFlushQueue(session.stream, ACQ_QUEUE_ALL_DISCARD);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What faults are made of. A fault is a function of the session; mended, it makes the same calls
-// but for what's wrong with them, and what's wrong is all that the two differ in.
+// What faults are made of. A fault is a function of the session. Mended, it does the same without
+// the mistake, and the two differ in nothing else.
 #ifndef VEXTREL_SAMPLES_GRAB_FAULT_CALLS_H
 #define VEXTREL_SAMPLES_GRAB_FAULT_CALLS_H
 

@@ -17,7 +17,7 @@ struct Fault {
 
   std::string_view name;
   Time time;
-  // Mended, all but the mistake is done.
+  // Mended, it does the same without the mistake.
   void (*make)(Session& session, bool mended);
 };
 

@@ -46,7 +46,7 @@ Grabs frames from the first camera that can be opened.
   --mix-buffers    let the producer allocate the last buffer
   --misuse         close badly on purpose, to see a tracing producer report it
   --fault NAME     make one mistake that applications make; --fault list names them
-  --mended         with --fault: do the same, but rightly
+  --mended         with --fault: do the same without the mistake
   --help           print this text
 
 The exit code is 0 after success, 1 after an error, 2 for a wrong command line,

@@ -24,7 +24,7 @@ struct Options {
   bool mixBuffers = false;
   bool misuse = false;
   std::string fault;    // one of Faults() in faults.h, or none
-  bool mended = false;  // Do what the fault does wrong rightly.
+  bool mended = false;  // Do what the fault does, without the mistake.
   bool help = false;
 };
 

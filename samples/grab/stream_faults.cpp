@@ -224,7 +224,7 @@ void WaitUnregistered(Session& session, bool mended) {
   }
 }
 
-// Ends nothing that waits when the stream is closed.
+// Unregisters nothing, so a wait has no end but a frame or the closing of its stream.
 void WaitForever(Session& session, bool mended) {
   WaitOnce(session, kForever);
   StopAndFlush(session);

@@ -15,8 +15,8 @@
 
 namespace grab {
 
-// So many times, with a short break behind them, for a little longer than a second. Mended, there's
-// something else to do soon.
+// So many times, then a short break, and so on for a little longer than a second. Mended, it soon
+// has something else to do.
 static void Repeat(int times, bool mended, const std::function<void()>& action) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(mended ? 200 : 1050);
@@ -69,7 +69,7 @@ void HoldBuffers(Session& session, bool mended) {
   }
 }
 
-// Is busy with the first frames, so that all that come behind them are old, for want of time but
+// Is busy with the first frames, so that all that come after them are old, for want of time but
 // not of buffers.
 void LagBehind(Session& session, bool mended) {
   QueueMore(session, 64);

@@ -4,7 +4,7 @@
 //
 //   needs-list        knows no device before the list has been made on the same handle
 //   long-description  says that the camera's description is longer than it is
-//   unplugged         the camera is gone behind its tenth frame: ports answer GC_ERR_IO
+//   unplugged         the camera is gone after its tenth frame: ports answer GC_ERR_IO
 //   lost-buffer       takes the handle of the fourth frame's buffer for invalid
 //   strict-parts      has no width, height, and pixel format of a frame with several parts
 //   typed-wrongly     gives frame ids as INFO_DATATYPE_SIZET

@@ -45,7 +45,8 @@ class RemoteDevice : public Module {
   [[nodiscard]] double FrameRate() const;  // In frames per second.
   // Whether the camera's quirk is this one.
   [[nodiscard]] bool Has(Quirk quirk) const noexcept { return quirk_ == quirk; }
-  // Pulls the plug if that's the camera's quirk, and this frame, from 0, is behind the last.
+  // Pulls the plug if that's the camera's quirk and this frame, counted from 0, comes after the
+  // last.
   void ReachFrame(uint64_t number) noexcept;
   // How long a frame, and a stop, are held up.
   [[nodiscard]] std::chrono::milliseconds StallBefore(uint64_t number) const noexcept;

@@ -156,7 +156,7 @@ TEST(ReportJson, EscapesBytesThatAreNoUtf8) {
 
 // A viewer that streams on a second thread: an earlier look at the producer leaves the values of
 // handles behind, a description of 40 bytes is read in three lines, the first buffers are queued
-// behind the start, the wait is killed, and the library is never closed.
+// after the start, the wait is killed, and the library is never closed.
 std::string ViewerSession() {
   const auto poll = [](int time, std::string_view firstByte) {
     return LogLine(time,

@@ -4,7 +4,7 @@
 // other variables ask for:
 //   SHOW_ITSELF_CHILD            starts itself once more, with this file to write to, and ends
 //   SHOW_ITSELF_CRASHES          writes where nothing is
-//   SHOW_ITSELF_SECONDS          waits, and writes "END" behind the rest
+//   SHOW_ITSELF_SECONDS          waits, and writes "END" after the rest
 //   SHOW_ITSELF_STATUS           ends with this exit status
 //   SHOW_ITSELF_STATUS_AT_CTRL_C  or with this one, if Ctrl-C comes first
 #include <chrono>

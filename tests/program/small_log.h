@@ -48,7 +48,7 @@ struct ProgramResult {
 [[nodiscard]] std::string SmallSession();
 
 // Four calls with timing lines, one of which, by thread 8 on line 4, never returns. Each of the
-// others is by thread 7 and has its own line behind its two timing lines: 3, 7 and 10.
+// others is by thread 7 and has its own line after its two timing lines: 3, 7 and 10.
 [[nodiscard]] std::string TimedCalls();
 
 }  // namespace vextrel_test

@@ -19,7 +19,7 @@ TEST(EventRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.OpenStream(0).Here().Fails("RESOURCE_IN_USE", Register(kDS, "ERROR", 0)).CloseAll();
        }},
-      {"registered again behind an end of it", "",
+      {"registered again after an end of it", "",
        [](TypedLog& log) {
          log.OpenStream(0).Ok(Unregister(kDS, "NEW_BUFFER"));
          log.Ok(Register(kDS, "NEW_BUFFER", kEvent)).CloseAll();

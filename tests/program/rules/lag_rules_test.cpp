@@ -14,7 +14,7 @@ std::string DevInfo(std::string_view command, std::string_view value) {
          std::string(value) + "), 0x000000000000F020->(iSize=8))";
 }
 
-// So many frames from that number on, each so many ticks of the camera's clock behind the one
+// So many frames from that number on, each so many ticks of the camera's clock after the one
 // before and so many ms on the computer's. The stamps begin close below the end of 32 bits.
 TypedLog& Frames(TypedLog& log, std::string_view command, std::uint32_t ticks, int milliseconds,
                  int count, int first = 0) {
@@ -36,7 +36,7 @@ TEST(LagRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          Frames(log.StartStream(4), kNanoseconds, 30'000'000, 30, 40).CloseAll();
        }},
-      {"one frame is late, and those behind it make up for it", "",
+      {"one frame is late, and those after it make up for it", "",
        [](TypedLog& log) {
          log.StartStream(4);
          Frames(log, kNanoseconds, 30'000'000, 30, 20);

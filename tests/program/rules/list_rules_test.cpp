@@ -78,7 +78,7 @@ TEST(ListRules, FindWhatTheyAreFor) {
          log.OpenDevice().On("8").Ok(Update("IFUpdateDeviceList", kIF)).On("7");
          log.Ok(NumDevices(kIF, 2)).Ok(DeviceId(kIF, 1, "Cam1")).CloseAll();
        }},
-      {"an index behind the end", "LIST-INDEX warning",
+      {"an index past the end", "LIST-INDEX warning",
        [](TypedLog& log) {
          log.OpenDevice().Because().Ok(NumDevices(kIF, 2));
          log.Here().Fails("INVALID_PARAMETER", DeviceId(kIF, 2, "NULL")).CloseAll();

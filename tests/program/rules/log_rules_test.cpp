@@ -56,8 +56,8 @@ TEST(LogRules, FindWhatTheyAreFor) {
          log.Ok(Revoke(kDS2, 0xB80)).Ok(Close("DSClose", kDS2)).Ok(Close("DevClose", kDev2));
          log.CloseAll();
        },
-       "BUF1 is open and all right: Vextrel looks for it on one device after the other, and "
-       "reports each that doesn't have it."},
+       "BUF1 is open, and nothing is wrong with it: Vextrel looks for it on one device after the "
+       "other, and reports each that doesn't have it."},
       {"a device that the producer didn't close", "MOD-ORDER info, LOG-REPORT info",
        [](TypedLog& log) {
          log.OpenDevice().Fails("NOT_IMPLEMENTED", Close("DevClose", kDev));

@@ -39,14 +39,14 @@ TEST(QueueRules, FindWhatTheyAreFor) {
          log.Here().Fails("-1022", Revoke(kDS, kBuffer)).Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();
        },
        "while it's queued, and there was no DSFlushQueue(ACQ_QUEUE_ALL_DISCARD) for its stream:"},
-      {"queued again behind the flush, and revoked", "BUF-REVOKE error",
+      {"queued again after the flush, and revoked", "BUF-REVOKE error",
        [](TypedLog& log) {
          log.StartStream(1).Frame(0).Pass(20).Ok(Stop(kDS)).Because();
          log.Ok(Flush(kDS, "ALL_DISCARD")).Because().Ok(Queue(kDS, kBuffer)).Here();
          log.Fails("-1022", Revoke(kDS, kBuffer)).Ok(Flush(kDS, "ALL_DISCARD")).CloseStream();
          log.CloseDevice();
        },
-       "while it's queued, since it was queued again behind DSFlushQueue(ACQ_QUEUE_ALL_DISCARD):"},
+       "while it's queued, since it was queued again after DSFlushQueue(ACQ_QUEUE_ALL_DISCARD):"},
       {"revoked when it was moved to the output", "BUF-REVOKE error",
        [](TypedLog& log) {
          log.OpenStream(1).Because().Ok(Queue(kDS, kBuffer)).Because();
@@ -85,7 +85,7 @@ TEST(QueueRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.StartStream(1).Frame(0).StopStream().Ok(EventCall("EventFlush", kEvent)).CloseAll();
        }},
-      {"nothing is certain behind a flush of the output", "",
+      {"nothing is certain after a flush of the output", "",
        [](TypedLog& log) {
          log.OpenStream(1).QueueAll().Ok(Flush(kDS, "OUTPUT_DISCARD"));
          log.Ok(BufferInfo(kDS, kBuffer, "WIDTH", "640")).Ok(Flush(kDS, "ALL_DISCARD")).CloseAll();

@@ -94,7 +94,7 @@ class TypedLog {
   TypedLog& StartStream(int buffers);
   // A frame in that buffer, counted from 0, that is queued again after so many milliseconds.
   TypedLog& Frame(int buffer, int hold = 1);
-  // So many frames in turn in all buffers, each so many ms behind the one before.
+  // So many frames in turn in all buffers, each so many ms after the one before.
   TypedLog& Frames(int count, int interval = 30);
   // A frame whose application asks something before it queues the buffer again.
   TypedLog& FrameSaying(int buffer, std::string_view command, std::string_view value,
