@@ -49,6 +49,15 @@ Moment Call::Moment() const {
           context_->thread};
 }
 
+HandleId Call::DeviceOfPort() const {
+  const HandleId port = context_->handles[0];
+  if (port == kNoHandle || !At(port).isOpen) {
+    return kNoHandle;
+  }
+  const HandleKind kind = At(port).kind;
+  return kind == HandleKind::Device ? port : kind == HandleKind::Port ? At(port).parent : kNoHandle;
+}
+
 HandleId Call::HandleIn(std::string_view label) const {
   const std::size_t place = Find(label);
   return place == kNoPlace ? kNoHandle : context_->handles[place];

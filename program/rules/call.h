@@ -129,6 +129,10 @@ class Call {
   // Of the place that is named hDS; null if there's none, or nothing is known of its stream.
   [[nodiscard]] const Stream* StreamIn() const { return model_->FindStream(HandleIn("hDS")); }
 
+  // Of an access to a port: the open device that it's of, be it that of the camera or the
+  // device's own. kNoHandle for the ports of other modules.
+  [[nodiscard]] HandleId DeviceOfPort() const;
+
   // The place with this label, or kNoPlace.
   [[nodiscard]] std::size_t Find(std::string_view label) const {
     return message_->shape->Find(label);

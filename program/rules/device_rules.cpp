@@ -45,7 +45,9 @@ constexpr Rule kLost{
     .sentence = "A device stopped answering",
     .explanation =
         "Its port worked, and then every access to it failed, three times or more, to "
-        "the end of its life: it was likely unplugged, switched off, or taken over.",
+        "the end of its life: it was likely unplugged, switched off, or taken over. Once is "
+        "enough if a wait for its frames of a second or more timed out, too, and none came any "
+        "more.",
     .remedy =
         "Register for the events of the device's loss, and close the stream and the device "
         "when it's gone, before the list is updated and it's opened again.",
@@ -56,6 +58,7 @@ constexpr Rule kLost{
 constexpr const Rule* kDeviceRules[] = {&kDenied, &kReadOnlyWrite, &kLost};
 
 constexpr std::uint64_t kFailuresOfLost = 3;
+constexpr std::uint64_t kLongFrameWait = 1000;  // ms
 
 std::string StatusText(std::string_view status) {
   constexpr std::string_view names[] = {
@@ -82,6 +85,8 @@ class Devices : public RuleFamily {
       case Function::GCWritePortStacked:
       case Function::DevClose:
         return Interest::All;
+      case Function::EventGetData:
+        return Interest::Failures;
       default:
         return Interest::None;
     }
@@ -89,7 +94,11 @@ class Devices : public RuleFamily {
 
   void Before(const Call& call) override {
     if (call.Which() == Function::DevClose && !call.Failed()) {
-      devices_.erase(call.Context().handles[0]);
+      const auto device = devices_.find(call.Context().handles[0]);
+      if (device != devices_.end()) {
+        JudgeSilence(call.Model(), device->first, device->second);
+        devices_.erase(device);
+      }
     }
   }
 
@@ -107,13 +116,18 @@ class Devices : public RuleFamily {
         break;
       case Function::DevClose:
         break;
+      case Function::EventGetData:
+        OnWait(call);
+        break;
       default:
         OnPort(call);
     }
   }
 
-  void EndSession(const SessionModel& /*model*/, const Moment& /*moment*/,
-                  bool /*isClosed*/) override {
+  void EndSession(const SessionModel& model, const Moment& /*moment*/, bool /*isClosed*/) override {
+    for (const auto& [id, device] : devices_) {
+      JudgeSilence(model, id, device);
+    }
     devices_.clear();
     denied_.clear();
   }
@@ -126,6 +140,10 @@ class Devices : public RuleFamily {
     std::uint64_t failures = 0;  // since then
     Moment firstFailure;
     std::string firstResult;
+    // The last wait in vain for frames of one of its streams, and how many there had been.
+    HandleId silentStream = kNoHandle;
+    LogPlace silentAt;
+    std::uint64_t framesBefore = 0;
   };
 
   void OnOpen(const Call& call) {
@@ -186,19 +204,15 @@ class Devices : public RuleFamily {
   }
 
   void OnPort(const Call& call) {
-    const HandleId port = call.Context().handles[0];
-    if (port == kNoHandle || !call.At(port).isOpen) {
-      return;
-    }
-    const HandleId id = call.At(port).kind == HandleKind::Device ? port : call.At(port).parent;
+    const HandleId id = call.DeviceOfPort();
     const auto known = devices_.find(id);
-    if (known == devices_.end() || call.At(port).kind == HandleKind::DataStream) {
+    if (known == devices_.end()) {
       return;
     }
     Device& device = known->second;
     const bool isWrite =
         call.Which() == Function::GCWritePort || call.Which() == Function::GCWritePortStacked;
-    if (isWrite && device.isReadOnly && call.At(port).kind == HandleKind::Port) {
+    if (isWrite && device.isReadOnly && id != call.Context().handles[0]) {
       ReportReadOnly(call, id);
       return;
     }
@@ -221,20 +235,60 @@ class Devices : public RuleFamily {
       device.firstFailure = call.Moment();
       device.firstResult = call.ResultText();
     }
-    if (device.failures < kFailuresOfLost) {
+    if (device.failures >= kFailuresOfLost) {
+      ReportLoss(call.Model(), id, device);
+    }
+  }
+
+  void OnWait(const Call& call) {
+    if (!call.Context().isNewBufferEvent || call.Result() != GC_ERR_TIMEOUT ||
+        call.Number("iTimeout") < kLongFrameWait) {
       return;
     }
+    const HandleId id = call.At(call.Context().handles[0]).parent;
+    const Stream* stream = call.Model().FindStream(id);
+    if (stream == nullptr || !stream->IsRunning()) {
+      return;
+    }
+    if (const auto device = devices_.find(call.At(id).parent); device != devices_.end()) {
+      device->second.silentStream = id;
+      device->second.silentAt = call.Place();
+      device->second.framesBefore = stream->Frames();
+    }
+  }
+
+  void JudgeSilence(const SessionModel& model, HandleId id, const Device& device) {
+    const Stream* stream = model.FindStream(device.silentStream);
+    if (device.failures == 0 || device.failures >= kFailuresOfLost || stream == nullptr ||
+        stream->Frames() != device.framesBefore) {
+      return;
+    }
+    if (Finding* finding = ReportLoss(model, id, device)) {
+      finding->message = fmt::format(
+          "{} answers {}, and {} delivers no frame any more: the device is likely gone.",
+          model.AllHandles().FullName(id), device.firstResult,
+          model.AllHandles().Name(device.silentStream));
+      Relate(
+          *finding, device.silentAt,
+          "a wait for a frame of " + model.AllHandles().Name(device.silentStream) + " times out");
+    }
+  }
+
+  // Returns the finding if it's a new one.
+  Finding* ReportLoss(const SessionModel& model, HandleId id, const Device& device) {
     Finding* finding = findings_.Add(kLost, Severity::Warning, KeyOf(id), device.firstFailure);
     if (finding == nullptr) {
-      return;
+      return nullptr;
     }
+    const Handles& handles = model.AllHandles();
     finding->count = device.failures;
     finding->message = fmt::format(
         "From here on {} answers {} to every access of its port: the device is likely gone.",
-        call.Named(id), device.firstResult);
-    finding->handles.push_back(call.All().Name(id));
+        handles.FullName(id), device.firstResult);
+    finding->handles.push_back(handles.Name(id));
     Relate(*finding, device.lastGood, "the last access that succeeds");
-    Relate(*finding, call.At(id).openedAt, call.All().Name(id) + " is opened");
+    Relate(*finding, handles.At(id).openedAt, handles.Name(id) + " is opened");
+    return finding;
   }
 
   void ReportReadOnly(const Call& call, HandleId id) {

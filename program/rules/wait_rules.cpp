@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
+#include <utility>
 
 #include "rules/family.h"
 
@@ -29,14 +31,17 @@ constexpr Rule kStorm{
     .sentence = "A running stream delivers nothing",
     .explanation =
         "Three waits for a frame or more timed out in a row, for half a second or more "
-        "and ten times as long as a frame takes usually. The application doesn't hold "
-        "all buffers, so it's likely the camera, its trigger, or the way from it.",
+        "and ten times as long as a frame takes usually; or fewer, for a second or more, and "
+        "no frame came until the stream was stopped. The application doesn't hold all buffers, "
+        "so it's likely the camera, its trigger, or the way from it.",
     .remedy =
         "Look whether the camera was started by AcquisitionStart, whether it waits for a "
         "trigger, and whether its packets arrive: a firewall, another network card, a packet "
         "size that's too large.",
     .section = "",
-    .harmless = "A camera with a trigger delivers when it's triggered.",
+    .harmless =
+        "A camera with a trigger delivers when it's triggered. An application that has stopped "
+        "the camera may wait for what is left.",
     .needs = "times"};
 
 constexpr Rule kWaitShort{
@@ -58,7 +63,8 @@ constexpr const Rule* kWaitRules[] = {&kWaitPoll, &kStorm, &kWaitShort};
 constexpr std::int64_t kWaitSecond = 1'000'000;
 constexpr std::uint64_t kShortTimeout = 5;  // ms
 constexpr std::uint64_t kPollsPerSecond = 200;
-constexpr std::int64_t kLongSilence = 500'000;  // us
+constexpr std::int64_t kLongSilence = 500'000;    // us
+constexpr std::int64_t kLastSilence = 1'000'000;  // us
 constexpr std::uint64_t kFewestTimeouts = 3;
 constexpr double kWaitManyIntervals = 10;
 
@@ -74,8 +80,11 @@ class Waits : public RuleFamily {
       case Function::EventGetData:
       case Function::DSStartAcquisition:
       case Function::DSStopAcquisition:
+      case Function::DSClose:
       case Function::GCReadPort:
       case Function::GCWritePort:
+      case Function::GCReadPortStacked:
+      case Function::GCWritePortStacked:
         return Interest::All;
       default:
         return Interest::None;
@@ -85,16 +94,17 @@ class Waits : public RuleFamily {
   void Before(const Call& call) override {
     switch (call.Which()) {
       case Function::DSStopAcquisition:
+      case Function::DSClose:
         if (const HandleId id = call.HandleIn("hDS"); !call.Failed() && id != kNoHandle) {
-          EndSilence(call.Model(), id);
+          EndSilence(call.Model(), id, true);
           JudgeTimeouts(call.Model(), id);
         }
         break;
       case Function::GCReadPort:
       case Function::GCWritePort:
-        if (call.Context().handles[0] != kNoHandle) {
-          portFails_ = call.Failed();
-        }
+      case Function::GCReadPortStacked:
+      case Function::GCWritePortStacked:
+        Access(call);
         break;
       default:
         break;
@@ -109,6 +119,7 @@ class Waits : public RuleFamily {
     if (call.Which() == Function::DSStartAcquisition && !call.Failed()) {
       streams_[id] = {};
       streams_[id].framesAtStart = FramesOf(call.Model(), id);
+      streams_[id].framesAtWrite = streams_[id].framesAtStart;
     } else if (call.Which() == Function::EventGetData) {
       if (call.Result() == GC_ERR_TIMEOUT && call.HasTime()) {
         Poll(call, id);
@@ -121,11 +132,12 @@ class Waits : public RuleFamily {
 
   void EndSession(const SessionModel& model, const Moment& /*moment*/, bool /*isClosed*/) override {
     for (auto& [id, stream] : streams_) {
-      EndSilence(model, id);
+      EndSilence(model, id, true);
       JudgeTimeouts(model, id);
     }
     streams_.clear();
     polls_.clear();
+    deaf_.clear();
   }
 
  private:
@@ -137,7 +149,8 @@ class Waits : public RuleFamily {
   };
   struct WaitingStream {
     std::uint64_t framesAtStart = 0;
-    std::uint64_t row = 0;  // time-outs in a row
+    std::uint64_t framesAtWrite = 0;  // when the device was last told anything
+    std::uint64_t row = 0;            // time-outs in a row
     Moment first;
     std::int64_t firstWaited = 0;  // what the first one waited before its line
     std::int64_t last = 0;
@@ -150,6 +163,26 @@ class Waits : public RuleFamily {
   static std::uint64_t FramesOf(const SessionModel& model, HandleId id) {
     const Stream* stream = model.FindStream(id);
     return stream == nullptr ? 0 : stream->Frames();
+  }
+
+  void Access(const Call& call) {
+    const HandleId device = call.DeviceOfPort();
+    if (device == kNoHandle) {
+      return;
+    }
+    if (call.Failed()) {
+      deaf_.insert(device);
+    } else {
+      deaf_.erase(device);
+    }
+    if (call.Which() == Function::GCReadPort || call.Which() == Function::GCReadPortStacked) {
+      return;
+    }
+    for (auto& [id, state] : streams_) {
+      if (state.row == 0 && call.At(id).parent == device) {
+        state.framesAtWrite = FramesOf(call.Model(), id);
+      }
+    }
   }
 
   void Poll(const Call& call, HandleId id) {
@@ -188,7 +221,7 @@ class Waits : public RuleFamily {
     WaitingStream& state = streams_[id];
     if (!call.Failed()) {
       state.timeouts += state.row;
-      EndSilence(call.Model(), id);
+      EndSilence(call.Model(), id, false);
       return;
     }
     if (call.Result() != GC_ERR_TIMEOUT) {
@@ -205,11 +238,12 @@ class Waits : public RuleFamily {
     }
     state.longest = std::max(state.longest, timeout);
     state.last = call.Time();
-    // Without a queue there's nothing to deliver into; lost devices are another rule's, too.
-    state.isStarved = state.isStarved || stream->CurrentDepth() == 0 || portFails_;
+    // Without a queue there's nothing to deliver into.
+    state.isStarved = state.isStarved || stream->CurrentDepth() == 0;
   }
 
-  void EndSilence(const SessionModel& model, HandleId id) {
+  // `isLast`: it wasn't a frame that ended it.
+  void EndSilence(const SessionModel& model, HandleId id, bool isLast) {
     const auto known = streams_.find(id);
     if (known == streams_.end() || known->second.row == 0) {
       return;
@@ -221,19 +255,26 @@ class Waits : public RuleFamily {
         state.last - state.first.time.value_or(state.last) + state.firstWaited;
     const double usual =
         stream != nullptr && stream->Intervals().Count() > 2 ? Typical(*stream) : 0;
-    if (row < kFewestTimeouts || state.isStarved || !state.first.time.has_value() ||
-        lasted < kLongSilence || static_cast<double>(lasted) < kWaitManyIntervals * usual) {
+    const Handles& handles = model.AllHandles();
+    const std::uint64_t frames = FramesOf(model, id);
+    const bool wasSilent = frames == state.framesAtStart;
+    const bool mayBeStopped = !wasSilent && state.framesAtWrite == frames;
+    const bool isLong = row >= kFewestTimeouts ? lasted >= kLongSilence
+                                               : isLast && !mayBeStopped && lasted >= kLastSilence;
+    // Lost devices are another rule's.
+    if (!isLong || state.isStarved || deaf_.contains(handles.At(id).parent) ||
+        !state.first.time.has_value() || static_cast<double>(lasted) < kWaitManyIntervals * usual) {
       return;
     }
     Finding* finding = findings_.Add(kStorm, Severity::Warning, KeyOf(id), state.first);
     if (finding == nullptr) {
       return;
     }
-    const Handles& handles = model.AllHandles();
-    const bool wasSilent = FramesOf(model, id) == state.framesAtStart;
     finding->message = fmt::format(
-        "{} is acquiring, but {} for a frame time out in a row, for {} ms{}", handles.FullName(id),
-        std::to_string(row) + " waits", lasted / 1000,
+        "{} is acquiring, but {} {} ms{}", handles.FullName(id),
+        row == 1 ? "a wait for a frame times out after"
+                 : fmt::format("{} waits for a frame time out in a row, for", row),
+        lasted / 1000,
         wasSilent ? ", and there was no frame since the start: likely the camera wasn't started, "
                     "waits for a trigger, or its data doesn't arrive."
                   : ": likely the camera stopped, or its data doesn't arrive any more.");
@@ -254,10 +295,11 @@ class Waits : public RuleFamily {
     if (known == streams_.end() || stream == nullptr) {
       return;
     }
-    const WaitingStream& state = known->second;
+    WaitingStream& state = known->second;
     const std::uint64_t frames = stream->Frames() - state.framesAtStart;
-    if (state.timeouts < kFewestTimeouts || state.timeouts * 2 < frames ||
-        state.longest <= kShortTimeout || stream->Intervals().Count() < 2) {
+    const std::uint64_t timeouts = std::exchange(state.timeouts, 0);
+    if (timeouts < kFewestTimeouts || timeouts * 2 < frames || state.longest <= kShortTimeout ||
+        stream->Intervals().Count() < 2) {
       return;
     }
     const double usual = Typical(*stream);
@@ -266,7 +308,7 @@ class Waits : public RuleFamily {
     }
     if (Finding* finding =
             findings_.Add(kWaitShort, Severity::Info, KeyOf(id), state.firstTimeout)) {
-      finding->count = state.timeouts;
+      finding->count = timeouts;
       finding->message = fmt::format(
           "Waits for a frame of {} end after {} ms, and a frame takes {} ms usually.",
           model.AllHandles().FullName(id), state.longest, static_cast<std::int64_t>(usual) / 1000);
@@ -278,7 +320,7 @@ class Waits : public RuleFamily {
   std::size_t timeoutPlace_;
   std::map<std::uint64_t, Poller> polls_;
   std::map<HandleId, WaitingStream> streams_;
-  bool portFails_ = false;
+  std::set<HandleId> deaf_;  // devices whose last access failed
 };
 
 }  // namespace

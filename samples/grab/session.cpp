@@ -281,7 +281,13 @@ Frame Session::DescribeFrame(BUFFER_HANDLE buffer) const {
 
 void Session::StopAcquisition() {
   acquiring = false;
-  camera->Execute("AcquisitionStop");
+  try {
+    camera->Execute("AcquisitionStop");
+  } catch (...) {
+    // A camera that's gone must not keep the stream running.
+    gentl.DSStopAcquisition.Quietly(stream, ACQ_STOP_FLAGS_DEFAULT);
+    throw;
+  }
   gentl.DSStopAcquisition(stream, ACQ_STOP_FLAGS_DEFAULT);
   camera->Write("TLParamsLocked", 0);
 }

@@ -55,6 +55,21 @@ TEST(DeviceRules, FindWhatTheyAreFor) {
          log.Fails("IO", PortAccess("GCWritePort", kPort, 0x104));
          log.Fails("IO", PortAccess("GCReadPort", kPort, 0x100)).CloseAll();
        }},
+      {"unplugged, and told to stop when no frame came", "DEV-LOST warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Because();
+         log.Ok(PortAccess("GCReadPort", kPort, 0x100)).Pass(5000).Because();
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 5000)).Here();
+         log.Fails("IO", PortAccess("GCWritePort", kPort, 0x124)).StopStream().CloseAll();
+       },
+       "answers GC_ERR_IO, and DS1 delivers no frame any more: the device is likely gone."},
+      {"one access that is refused, and frames come again", "T-STALL warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(20, 30).Ok(PortAccess("GCReadPort", kPort, 0x100)).Pass(1000);
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 1000))
+             .Fails("IO", PortAccess("GCWritePort", kPort, 8));
+         log.Pass(30).Here().Frames(3, 30).CloseAll();
+       }},
       {"one access that is refused", "",
        [](TypedLog& log) {
          log.OpenDevice().Ok(PortAccess("GCReadPort", kPort, 0x100));

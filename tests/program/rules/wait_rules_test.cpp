@@ -46,6 +46,35 @@ TEST(WaitRules, FindWhatTheyAreFor) {
          }
          log.CloseAll();
        }},
+      {"no frame any more, and one wait that's long enough", "EVT-STORM warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Pass(1000).Here();
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 1000));
+         log.Ok(PortAccess("GCWritePort", kPort, 0x124)).StopStream().CloseAll();
+       },
+       "is acquiring, but a wait for a frame times out after 1000 ms: likely the camera stopped,"},
+      {"one wait that isn't", "",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Pass(900);
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 900)).CloseAll();
+       }},
+      {"a wait for what is left when the camera was stopped", "",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Ok(PortAccess("GCWritePort", kPort, 0x124));
+         log.Pass(1000).Fails("TIMEOUT", Wait(kEvent, 0, 1000)).CloseAll();
+       }},
+      {"one wait in vain, and then a frame", "T-STALL warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(20, 30).Pass(1000).Fails("TIMEOUT", Wait(kEvent, 0, 1000));
+         log.Pass(30).Here().Frames(3, 30).CloseAll();
+       }},
+      {"another device is lost", "EVT-STORM warning",
+       [](TypedLog& log) {
+         constexpr std::uint64_t other = 0x1000C0FF0;
+         log.StartStream(2).Ok(OpenDev(kIF, "Cam1", "CONTROL", other)).Ok(GetPort(other, 0xC20));
+         log.Frames(10, 30).Fails("IO", PortAccess("GCReadPort", 0xC20, 0x100)).Pass(1000).Here();
+         log.Fails("TIMEOUT", Wait(kEvent, 0, 1000)).Ok(Close("DevClose", other)).CloseAll();
+       }},
       {"a slow camera", "",
        [](TypedLog& log) {
          log.StartStream(2);
