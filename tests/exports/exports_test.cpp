@@ -18,11 +18,12 @@ TEST(Exports, EveryFunctionIsFoundByItsNameAtAnAddressOfItsOwn) {
   ASSERT_TRUE(proxy.IsLoaded()) << ProxyPath();
   std::set<std::string> names;
   std::set<void*> addresses;
-  ForEachFunction([&](const char* name, auto) {
-    EXPECT_NE(proxy.FindAddress(name), nullptr) << name;
+  for (const std::string& name : FunctionNames()) {
+    void* const address = proxy.FindAddress(name.c_str());
+    EXPECT_NE(address, nullptr) << name;
     names.insert(name);
-    addresses.insert(proxy.FindAddress(name));
-  });
+    addresses.insert(address);
+  }
   EXPECT_EQ(names.size(), kFunctionCount);
   EXPECT_EQ(addresses.size(), kFunctionCount);
 }

@@ -84,9 +84,9 @@ TEST_F(PlatformModule, LoadsThoughAnEarlierLoadFailed) {
 TEST_F(PlatformModule, FindsTheExportsThatItHas) {
   const ModuleLoad load = Load(ScriptedTargetPath());
   ASSERT_NE(load.module, nullptr);
-  ForEachFunction([&load](const char* name, auto /*slot*/) {
-    EXPECT_NE(FindExport(load.module, name), nullptr) << name;
-  });
+  for (const std::string& name : FunctionNames()) {
+    EXPECT_NE(FindExport(load.module, name.c_str()), nullptr) << name;
+  }
   auto* getScript =
       reinterpret_cast<GetTargetScriptFunction*>(FindExport(load.module, "GetTargetScript"));
   ASSERT_NE(getScript, nullptr);

@@ -16,14 +16,14 @@ namespace {
 // device.
 std::vector<std::string> LookUpOrder() {
   std::vector<std::string> names;
-  ForEachFunction([&](const std::string& name, auto) {
+  for (const std::string& name : FunctionNames()) {
     if (name == "DevGetPort") {
       names.insert(names.end(), {"DevClose", "DevGetInfo"});
     }
     if (name != "DevClose" && name != "DevGetInfo") {
       names.push_back(name);
     }
-  });
+  }
   return names;
 }
 

@@ -8,6 +8,11 @@ Played& CurrentCall() {
   return call;
 }
 
+std::string_view NameAt(std::size_t offset) {
+  static const std::vector<std::string> names = FunctionNames();
+  return names.at(offset / sizeof(void*));
+}
+
 void* Session::Handle(HandleKind kind) {
   const std::uint64_t choice = random.Below(100);
   if (choice < 3) {

@@ -48,6 +48,16 @@ struct Played {
 // The only state that the target's functions can reach.
 Played& CurrentCall();
 
+// Where a function's slot is in GenTLFunctions.
+template <typename Slot>
+[[nodiscard]] std::size_t OffsetOf(Slot slot) {
+  constexpr GenTLFunctions functions;
+  return static_cast<std::size_t>(reinterpret_cast<const char*>(&(functions.*slot)) -
+                                  reinterpret_cast<const char*>(&functions));
+}
+// The function whose slot is there.
+[[nodiscard]] std::string_view NameAt(std::size_t offset);
+
 template <typename... Arguments>
 GC_ERROR GC_CALLTYPE Play(Arguments... arguments) {
   Played& call = CurrentCall();
@@ -142,15 +152,7 @@ class Session {
 
   template <typename Slot>
   [[nodiscard]] static std::string_view NameOf(Slot slot) {
-    std::string_view found;
-    ForEachFunction([&](const char* name, auto other) {
-      if constexpr (std::is_same_v<decltype(other), Slot>) {
-        if (other == slot) {
-          found = name;
-        }
-      }
-    });
-    return found;
+    return NameAt(OffsetOf(slot));
   }
 
   RandomSource random;

@@ -181,14 +181,13 @@ void ForEachFunction(Visit visit) {
 #undef VEXTREL_TEST_VISIT
 }
 
+// In the order of the list, which is that of the slots in GenTLFunctions.
+#define VEXTREL_TEST_NAME(name, ...) #name,
 [[nodiscard]] inline std::vector<std::string> FunctionNames() {
-  std::vector<std::string> names;
-  ForEachFunction([&](const char* name, auto /*slot*/) { names.emplace_back(name); });
-  return names;
+  return {VEXTREL_TEST_FUNCTIONS(VEXTREL_TEST_NAME)};
 }
 
 // Those of either module, and of both, whichever the tests are about.
-#define VEXTREL_TEST_NAME(name, ...) #name,
 [[nodiscard]] inline std::vector<std::string> OlderFunctionNames() {
   return {VEXTREL_TEST_OLDER_FUNCTIONS(VEXTREL_TEST_NAME)};
 }

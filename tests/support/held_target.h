@@ -3,9 +3,12 @@
 #ifndef VEXTREL_TESTS_SUPPORT_HELD_TARGET_H
 #define VEXTREL_TESTS_SUPPORT_HELD_TARGET_H
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <filesystem>
+#include <string>
 #include <type_traits>
 
 #include "support/paths.h"
@@ -42,12 +45,10 @@ class HeldTarget {
 
 // Returns the module's functions; null for those that it doesn't export.
 [[nodiscard]] inline GenTLFunctions FunctionsOf(const Module& module) {
-  GenTLFunctions functions;
-  ForEachFunction([&](const char* name, auto slot) {
-    functions.*slot = reinterpret_cast<std::remove_reference_t<decltype(functions.*slot)>>(
-        module.FindAddress(name));
-  });
-  return functions;
+  std::array<void*, kFunctionCount> addresses{};
+  std::ranges::transform(FunctionNames(), addresses.begin(),
+                         [&](const std::string& name) { return module.FindAddress(name.c_str()); });
+  return std::bit_cast<GenTLFunctions>(addresses);
 }
 
 // Calls a function with arguments that suit every function: zeros, and the address of zeroed

@@ -64,7 +64,9 @@ void ProxyFiles::LoadProxy() {
   module_ = std::make_unique<Module>(ProxyPath());
   ASSERT_TRUE(module_->IsLoaded()) << ProxyPath();
   proxy = FunctionsOf(*module_);
-  ForEachFunction([this](const char* name, auto slot) { ASSERT_NE(proxy.*slot, nullptr) << name; });
+  for (const std::string& name : FunctionNames()) {
+    ASSERT_NE(module_->FindAddress(name.c_str()), nullptr) << name;
+  }
 }
 
 void ProxyFiles::UnloadProxy() {
