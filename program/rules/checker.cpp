@@ -2,6 +2,9 @@
 #include "rules/checker.h"
 
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace vextrel::program {
 
@@ -153,6 +156,7 @@ void Checker::Finish() {
   for (const std::unique_ptr<RuleFamily>& family : families_) {
     family->Finish(model_);
   }
+  NoteWhatIsMissing();
   if (log_.anyCall && !log_.beginsWithLibrary) {
     findings_.AddUnknown(
         "what was opened, listed or queued before",
@@ -163,6 +167,40 @@ void Checker::Finish() {
     DropWhatNeedsOneProcess();
   }
   findings_.Sort();
+}
+
+void Checker::NoteWhatIsMissing() {
+  if (!log_.anyCall) {
+    findings_.AddUnknown(
+        "all rules that look at calls",
+        "the log has none, only what Vextrel reported; that's what a configuration "
+        "like misuse-only.properties leaves");
+    return;
+  }
+  struct Lack {
+    std::string_view what;
+    bool isLacking;
+    const char* why;
+  };
+  const Lack lacks[] = {
+      {"timing lines", !model_.Timings().Any(),
+       "the log has no timing lines, which 'vextrel trace --timing' writes"},
+      {"times", model_.Time() == TimeKind::None, "the log's layout shows no time"},
+      {"thread ids", model_.Threads().empty(), "the log's layout shows no thread ids"},
+  };
+  for (const Lack& lack : lacks) {
+    std::string rules;
+    std::vector<const Rule*> unjudged;
+    for (const Rule* rule : AllRules()) {
+      if (lack.isLacking && rule->needs.find(lack.what) != std::string_view::npos) {
+        unjudged.push_back(rule);
+        rules += (rules.empty() ? "" : ", ") + std::string(rule->id);
+      }
+    }
+    if (!unjudged.empty()) {
+      findings_.AddUnknown(std::move(rules), lack.why, std::move(unjudged));
+    }
+  }
 }
 
 void Checker::DropWhatNeedsOneProcess() {

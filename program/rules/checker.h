@@ -42,6 +42,7 @@ class Checker : public SessionObserver {
   void TakeCall(const Record& record, const Message& message, const Context& context);
   void ExplainFinding(const Record& record, const Message& message, Thread& thread);
   void NoteMixing(const Message& message, const Context& context);
+  void NoteWhatIsMissing();
   void DropWhatNeedsOneProcess();
 
   SessionModel& model_;

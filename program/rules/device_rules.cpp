@@ -49,8 +49,9 @@ constexpr Rule kLost{
         "enough if a wait for its frames of a second or more timed out, too, and none came any "
         "more.",
     .remedy =
-        "Register for the events of the device's loss, and close the stream and the device "
-        "when it's gone, before the list is updated and it's opened again.",
+        "Look at its cable and its power, and whether another application took it over. In the "
+        "application, close the stream and the device when it's gone, before the list is updated "
+        "and it's opened again.",
     .section = "6.3.6",
     .harmless = "A device may refuse one access and take the next; three in a row is no proof.",
     .needs = ""};
@@ -286,8 +287,8 @@ class Devices : public RuleFamily {
         "From here on {} answers {} to every access of its port: the device is likely gone.",
         handles.FullName(id), device.firstResult);
     finding->handles.push_back(handles.Name(id));
-    Relate(*finding, device.lastGood, "the last access that succeeds");
     Relate(*finding, handles.At(id).openedAt, handles.Name(id) + " is opened");
+    Relate(*finding, device.lastGood, "the last access to its port that succeeds");
     return finding;
   }
 

@@ -51,13 +51,13 @@ Finding* Findings::AddOrUpdate(const Rule& rule, Severity severity, std::uint64_
   return added != nullptr ? added : Find(rule, key);
 }
 
-void Findings::AddUnknown(std::string rules, std::string why) {
+void Findings::AddUnknown(std::string rules, std::string why, std::vector<const Rule*> which) {
   for (const Unknown& each : unknowns_) {
     if (each.rules == rules && each.why == why) {
       return;
     }
   }
-  unknowns_.push_back({std::move(rules), std::move(why)});
+  unknowns_.push_back({std::move(rules), std::move(why), std::move(which)});
 }
 
 bool Findings::Drop(bool (*isDropped)(const Finding& finding)) {

@@ -39,6 +39,7 @@ struct Finding {
 struct Unknown {
   std::string rules;  // their ids, or what they have in common
   std::string why;
+  std::vector<const Rule*> which = {};  // empty: any
 };
 
 // Where and when something is found.
@@ -69,7 +70,7 @@ class Findings {
   [[nodiscard]] Finding* Last() noexcept { return last_; }
 
   // Says once why rules stay silent.
-  void AddUnknown(std::string rules, std::string why);
+  void AddUnknown(std::string rules, std::string why, std::vector<const Rule*> which = {});
   // Takes away what these rules found. Returns true iff there was anything.
   bool Drop(bool (*isDropped)(const Finding& finding));
   // From the first line to the last. Findings at the same line stay in their order.

@@ -78,9 +78,8 @@ constexpr Rule kProducer{
         "opened, is of the right kind, and wasn't closed in this log: likely a fault of "
         "the producer, or of the device that it lost.",
     .remedy =
-        "Look for what happened to the device right before. Settings of the transport, like "
-        "its transfer size, are a common cause; otherwise it's a case for the producer's "
-        "maker.",
+        "Look for what happened to the device right before. If that's nothing, it's a case for the "
+        "producer's maker; settings of the transport, like its transfer size, can cause it, too.",
     .section = "6.1.5",
     .harmless = "Another thread was closing the handle at that moment.",
     .needs = "the line that opens the handle"};
@@ -285,18 +284,19 @@ class HandleUse : public RuleFamily {
     if (finding == nullptr) {
       return;
     }
-    finding->message = fmt::format(
-        "{} answers GC_ERR_INVALID_HANDLE, though what it was given is open: likely a fault of the "
-        "producer.",
-        call.Name());
+    std::string open;
     const std::vector<Place>& places = call.Message().shape->places;
     for (std::size_t i = 0; i < places.size(); ++i) {
       const HandleId each = places[i].isOutput ? kNoHandle : call.Context().handles[i];
       if (each != kNoHandle) {
         finding->handles.push_back(call.All().Name(each));
+        open += (open.empty() ? "" : " and ") + call.Named(each);
         Relate(*finding, call.At(each).openedAt, call.Named(each) + " is opened");
       }
     }
+    finding->message = fmt::format(
+        "{} answers GC_ERR_INVALID_HANDLE, though {} {} open: likely a fault of the producer.",
+        call.Name(), open, finding->handles.size() == 1 ? "is" : "are");
   }
 
   Findings& findings_;

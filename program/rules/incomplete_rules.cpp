@@ -127,9 +127,10 @@ class IncompleteFrames : public RuleFamily {
         Relate(*finding, call.Place(),
                fmt::format("it has {} of {} bytes", *frame.filled, *frame.size));
       }
-      finding->message = fmt::format(
-          "{} delivered incomplete frames, up to {} in a row: likely data is lost on the way.",
-          call.Named(id), row.longest);
+      finding->message =
+          fmt::format("{} frame{} of {} came incomplete{}: likely data is lost on the way.",
+                      finding->count, finding->count == 1 ? "" : "s", call.Named(id),
+                      row.longest == 1 ? "" : fmt::format(", up to {} in a row", row.longest));
     }
   }
 

@@ -68,8 +68,8 @@ constexpr Rule kConformance{
         "instead of GC_ERR_NOT_IMPLEMENTED, a command that it must have is missing, a "
         "value has another type than the standard's, or frame ids go backward.",
     .remedy =
-        "Let the application take any refusal of an optional question alike, and tell the "
-        "producer's maker.",
+        "Tell the producer's maker. Until it's mended, let the application take any refusal of an "
+        "optional question alike, and look at a value's type before its bytes.",
     .section = "6.4",
     .harmless = "A producer of an older version of GenTL may lack what came later.",
     .needs = ""};
@@ -183,14 +183,25 @@ class Infos : public RuleFamily {
     return counted;
   }
 
+  // At the first time, though it counts only from the third on.
+  Finding* AddRepeated(const Rule& rule, Severity severity, std::uint64_t key, const Call& call,
+                       const Counted& counted) {
+    const bool isNew = findings_.Find(rule, key) == nullptr;
+    Finding* finding = findings_.Add(rule, severity, key, isNew ? counted.first : call.Moment());
+    if (finding != nullptr) {
+      finding->count = counted.count;
+      finding->last = call.Place();
+    }
+    return finding;
+  }
+
   void CountSmall(const Call& call, std::string_view command) {
     const std::uint64_t key = KeyIn(call, command, call.Number("iSize") + 1);
     const Counted& counted = Count(call, key);
     if (counted.count < kInfoOften) {
       return;
     }
-    if (Finding* finding = findings_.Add(kSmall, Severity::Warning, key, counted.first)) {
-      finding->count = counted.count;
+    if (Finding* finding = AddRepeated(kSmall, Severity::Warning, key, call, counted)) {
       finding->message = fmt::format(
           "{} of {} is asked again and again with too small a buffer, though the producer "
           "likely says what it takes: {} bytes stand in the size after the call.",
@@ -203,8 +214,8 @@ class Infos : public RuleFamily {
     if (Finding* finding = findings_.Add(kUninitialized, Severity::Warning, KeyIn(call, command, 0),
                                          call.Moment())) {
       finding->message =
-          fmt::format("{} of {} has a size of {} bytes: likely the variable was never set.",
-                      call.Name(), command, call.Number("iSize"));
+          fmt::format("{} of {} has a size of {} bytes, 0x{:X}: likely the variable was never set.",
+                      call.Name(), command, call.Number("iSize"), call.Number("iSize"));
       NameFirst(call, *finding);
     }
   }
@@ -233,8 +244,7 @@ class Infos : public RuleFamily {
       const std::uint64_t key = KeyIn(call, command, 0);
       const Counted& counted = Count(call, key);
       if (counted.count >= kInfoOften) {
-        if (Finding* finding = findings_.Add(kOptional, Severity::Info, key, counted.first)) {
-          finding->count = counted.count;
+        if (Finding* finding = AddRepeated(kOptional, Severity::Info, key, call, counted)) {
           finding->message = fmt::format("{} of {} answers {}: this producer has no such value.",
                                          call.Name(), command, call.ResultText());
           NameFirst(call, *finding);
@@ -301,7 +311,7 @@ class Infos : public RuleFamily {
     if (*value < before && !wraps) {
       if (Finding* finding =
               findings_.Add(kConformance, Severity::Warning, KeyOf(id, 3), call.Moment())) {
-        finding->message = fmt::format("A frame of {} has the id {}, and the one before had {}.",
+        finding->message = fmt::format("Frame ids of {} go backward: {} came after {}.",
                                        call.Named(id), *value, before);
         finding->handles.push_back(call.All().Name(id));
         Relate(*finding, known->second.second, "the id before");

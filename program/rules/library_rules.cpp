@@ -2,7 +2,9 @@
 // LIB: the library is initialized before it's used, and closed.
 #include <fmt/format.h>
 
+#include <functional>
 #include <optional>
+#include <string>
 
 #include "calllog/log_text.h"
 #include "reading/line_shapes.h"
@@ -27,6 +29,20 @@ constexpr Rule kInit{
     .harmless = "",
     .needs = "the beginning of the session"};
 
+constexpr Rule kLoad{
+    .id = "LIB-LOAD",
+    .severity = Severity::Error,
+    .sentence = "The producer couldn't be loaded",
+    .explanation =
+        "Vextrel found no producer behind GENICAM_GENTL64_VEXTREL_PRODUCER, or couldn't load it. "
+        "GCInitLib succeeds nevertheless, and every other call answers GC_ERR_NOT_IMPLEMENTED.",
+    .remedy =
+        "Let 'vextrel doctor --target FILE' look at the producer: it names a library that is "
+        "missing, a module for another machine, and mistakes in the variables.",
+    .section = "",
+    .harmless = "",
+    .needs = ""};
+
 constexpr Rule kLibraryPair{
     .id = "LIB-PAIR",
     .severity = Severity::Warning,
@@ -43,7 +59,25 @@ constexpr Rule kLibraryPair{
         "from outside can't close anything.",
     .needs = "the beginning of the session"};
 
-constexpr const Rule* kLibraryRules[] = {&kInit, &kLibraryPair};
+constexpr const Rule* kLibraryRules[] = {&kLoad, &kInit, &kLibraryPair};
+
+// What Windows means by the number, on Linux, too.
+std::string_view MeaningOf(std::uint64_t error) {
+  switch (error) {
+    case 5:
+      return "this user may not read it";
+    case 126:
+      return "it isn't there, or a library that it needs isn't";
+    case 127:
+      return "a library that it needs lacks a function";
+    case 193:
+      return "it isn't a module for this system and for 64 bit";
+    case 1114:
+      return "it refused to start";
+    default:
+      return "";
+  }
+}
 
 class Library : public RuleFamily {
  public:
@@ -84,13 +118,27 @@ class Library : public RuleFamily {
   }
 
   void OnReport(const SessionModel& /*model*/, const Record& record, const Message& message,
-                const Context& /*context*/, Finding* /*call*/) override {
+                const Context& context, Finding* /*call*/) override {
     const std::string_view text = message.shape->text;
-    if (text == FormatOf(report::kProducerNotLoaded) ||
-        text == FormatOf(report::kProducerIsVextrel) ||
-        text == FormatOf(report::kProducerVariableNotFound)) {
-      loadFailure_ = record.place;
-      loadText_ = message.text;
+    std::string why;
+    if (text == FormatOf(report::kProducerVariableNotFound)) {
+      why = "No producer is loaded: GENICAM_GENTL64_VEXTREL_PRODUCER isn't set.";
+    } else if (text == FormatOf(report::kProducerIsVextrel)) {
+      why = fmt::format("GENICAM_GENTL64_VEXTREL_PRODUCER leads to Vextrel itself: '{}'.",
+                        message.values[0].text);
+    } else if (text == FormatOf(report::kProducerNotLoaded)) {
+      const std::string_view meaning = MeaningOf(message.values[0].number);
+      why = fmt::format("The producer '{}' can't be loaded, error {}{}{}.", message.values[1].text,
+                        message.values[0].text, meaning.empty() ? "" : ": ", meaning);
+    } else {
+      return;
+    }
+    const Moment moment{record.place,
+                        context.hasTime ? std::optional<std::int64_t>(context.time) : std::nullopt,
+                        context.thread};
+    if (Finding* finding =
+            findings_.Add(kLoad, Severity::Error, KeyOf(std::hash<std::string>{}(why)), moment)) {
+      finding->message = why;
     }
   }
 
@@ -138,7 +186,6 @@ class Library : public RuleFamily {
             findings_.Add(kInit, Severity::Error, KeyOf(0, call.Which()), call.Moment())) {
       finding->message =
           fmt::format("GCInitLib fails with {}: nothing works from here on.", call.ResultText());
-      Relate(*finding, loadFailure_, loadText_);
     }
   }
 
@@ -164,7 +211,6 @@ class Library : public RuleFamily {
     if (failedInit_.has_value()) {
       finding->message = fmt::format("{} is called though GCInitLib had failed.", call.Name());
       Relate(*finding, failedInit_, "GCInitLib fails");
-      Relate(*finding, loadFailure_, loadText_);
     } else if (closedAt_.has_value()) {
       finding->message = fmt::format("{} is called when the library is closed.", call.Name());
       Relate(*finding, closedAt_, "GCCloseLib");
@@ -185,8 +231,6 @@ class Library : public RuleFamily {
   std::optional<LogPlace> initializedAt_;
   std::optional<LogPlace> closedAt_;
   std::optional<LogPlace> failedInit_;
-  std::optional<LogPlace> loadFailure_;
-  std::string loadText_;
   std::uint64_t sessions_ = 0;
 };
 

@@ -77,7 +77,7 @@ constexpr Rule kReport{
         "one device after the other and reports each that doesn't have it, it may take an event "
         "for another one, a device counts as not closed if the producer refused to "
         "close it, and a library that couldn't be loaded counts as not initialized.",
-    .remedy = "Go by the finding, not by the report.",
+    .remedy = "Trust the finding, not the report.",
     .section = "",
     .harmless = "",
     .needs = ""};
@@ -104,7 +104,7 @@ class Log : public RuleFamily {
 
   void Before(const Call& call) override {
     if (call.Which() == Function::GCInitLib) {
-      initializedAt_ = call.Place();
+      notLoadedAt_.reset();  // it has a line only if there's a producer
       return;
     }
     const HandleId id = call.HandleIn("hDev");
@@ -119,17 +119,17 @@ class Log : public RuleFamily {
     const Moment moment{record.place,
                         context.hasTime ? std::optional<std::int64_t>(context.time) : std::nullopt,
                         context.thread};
-    if (text == FormatOf(report::kProducerNotLoaded)) {
+    if (text == FormatOf(report::kProducerNotLoaded) ||
+        text == FormatOf(report::kProducerIsVextrel) ||
+        text == FormatOf(report::kProducerVariableNotFound)) {
       notLoadedAt_ = record.place;
       return;
     }
-    if (text == FormatOf(report::kNotInitialized) && notLoadedAt_.has_value() &&
-        initializedAt_.has_value()) {
+    if (text == FormatOf(report::kNotInitialized) && notLoadedAt_.has_value()) {
       if (Finding* finding = findings_.Add(kReport, Severity::Info, KeyOf(0, 1), moment)) {
         finding->message =
             "\"GCInitLib has not been called yet\": it was called, but the producer couldn't be "
             "loaded.";
-        Relate(*finding, initializedAt_, "GCInitLib");
         Relate(*finding, notLoadedAt_, "the producer can't be loaded");
       }
       return;
@@ -302,7 +302,6 @@ class Log : public RuleFamily {
 
   Findings& findings_;
   std::unordered_map<HandleId, std::pair<LogPlace, std::string>> refused_;
-  std::optional<LogPlace> initializedAt_;
   std::optional<LogPlace> notLoadedAt_;
   Finding* lastReported_ = nullptr;
   std::uint64_t lastCount_ = 0;

@@ -57,6 +57,9 @@ void WriteFindingsAsJson(const ReportedLog& log, const SessionModel& model,
   const SeverityCounts counts = CountFindings(findings, filter);
   Json unknown = Json::array();
   for (const Unknown& each : findings.Unknowns()) {
+    if (!filter.HasAnyOf(each)) {
+      continue;
+    }
     unknown.push_back({{"rules", Utf8(each.rules)}, {"why", Utf8(each.why)}});
   }
   const Json all = {

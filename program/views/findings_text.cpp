@@ -66,6 +66,11 @@ bool RuleFilter::Has(const Rule& rule) const {
   return (only.empty() || Names(only, rule)) && !Names(ignore, rule);
 }
 
+bool RuleFilter::HasAnyOf(const Unknown& unknown) const {
+  return unknown.which.empty() || std::any_of(unknown.which.begin(), unknown.which.end(),
+                                              [this](const Rule* rule) { return Has(*rule); });
+}
+
 SeverityCounts CountFindings(const Findings& findings, const RuleFilter& filter) {
   SeverityCounts counts{};
   for (const Finding& each : findings.All()) {
@@ -100,6 +105,9 @@ void WriteFindings(const ReportedLog& log, const SessionModel& model, const Find
     }
   }
   for (const Unknown& each : findings.Unknowns()) {
+    if (!filter.HasAnyOf(each)) {
+      continue;
+    }
     out += "not judged: ";
     AppendSafe(out, each.rules);
     out += ": ";

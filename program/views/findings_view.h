@@ -23,6 +23,8 @@ struct RuleFilter {
   std::vector<std::string> ignore;
 
   [[nodiscard]] bool Has(const Rule& rule) const;
+  // True iff it has any of the rules that weren't judged.
+  [[nodiscard]] bool HasAnyOf(const Unknown& unknown) const;
 };
 
 // How many findings there are of each severity, by its number.

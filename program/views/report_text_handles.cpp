@@ -19,6 +19,10 @@ class HandleText {
     for (HandleId id = 1; id <= handles.Last(); ++id) {
       all += IsLeftOpen(handles.At(id)) ? 1 : 0;
     }
+    if (handles.Last() == 0) {
+      text_.Add("\nNothing was opened.\n");
+      return;
+    }
     if (all == 0) {
       text_.Add("\nEverything that was opened was closed.\n");
       return;

@@ -84,7 +84,10 @@ TEST(Check, HasJsonOfSchema1) {
   EXPECT_EQ(report["errors"], 1);
   EXPECT_EQ(report["warnings"], 1);
   EXPECT_EQ(report["infos"], 0);
-  EXPECT_EQ(report["notJudged"], json::array());
+  const json noTiming = {
+      {"rules", "EVT-CLOSE-WAIT, T-SLOW, T-SERIAL, END-INFLIGHT"},
+      {"why", "the log has no timing lines, which 'vextrel trace --timing' writes"}};
+  EXPECT_EQ(report["notJudged"], json::array({noTiming}));
   ASSERT_EQ(report["findings"].size(), 2U);
   const json expected = {{"rule", "HND-AFTER"},
                          {"severity", "error"},
@@ -149,6 +152,31 @@ TEST(Check, SaysWhatItCannotKnow) {
   EXPECT_EQ(mixed.status, 0) << mixed.output;
   EXPECT_THAT(mixed.output, HasSubstr("not judged: all rules that follow handles from call to "
                                       "call: several processes wrote this log"));
+}
+
+TEST(Check, SaysWhichRulesLackWhatTheyNeed) {
+  const std::string initialized = "GC_ERR_SUCCESS=GCInitLib(void)";
+  const std::string closed = "GC_ERR_SUCCESS=GCCloseLib(void)";
+  EXPECT_EQ(
+      Check(LogLine(0, "Call 1 enters GCInitLib()", "DEBUG") + LogLine(0, initialized) +
+            LogLine(0, "Call 1 leaves GCInitLib after 1.000 us", "DEBUG") + LogLine(1, closed))
+          .output,
+      "0 errors, 0 warnings, 0 infos\n");
+  EXPECT_EQ(Check(initialized + "\n" + closed + "\n", {"--pattern", "%m%n"}).output,
+            "not judged: EVT-CLOSE-WAIT, T-SLOW, T-SERIAL, END-INFLIGHT: the log has no timing "
+            "lines, which 'vextrel trace --timing' writes\n"
+            "not judged: BUF-STARVE, ACQ-RACE, EVT-POLL, EVT-STORM, EVT-SHORT, PORT-POLL, "
+            "T-STALL, T-HOLD, T-LAG, T-SERIAL, LOG-TIME: the log's layout shows no time\n"
+            "not judged: LIST-RACE, T-SERIAL, ERR-STALE: the log's layout shows no thread ids\n"
+            "0 errors, 0 warnings, 0 infos\n");
+  // Of rules that nobody asked for, nothing is said.
+  EXPECT_EQ(Check(LogLine(0, initialized) + LogLine(1, closed), {"--only", "HND"}).output,
+            "0 errors, 0 warnings, 0 infos\n");
+  EXPECT_THAT(
+      Check(LogLine(0, "Transport Layer was not closed down properly using TLClose()", "ERROR"))
+          .output,
+      HasSubstr("not judged: all rules that look at calls: the log has none, only what Vextrel "
+                "reported"));
 }
 
 TEST(Check, TakesTextOfTheLogAsText) {

@@ -108,7 +108,7 @@ TEST(IncompleteRules, CountFrames) {
   ASSERT_EQ(report["findings"].size(), 1U);
   EXPECT_EQ(report["findings"][0]["count"], 3);
   EXPECT_EQ(report["findings"][0]["message"],
-            "DS1 \"Stream0\" delivered incomplete frames, up to 3 in a row: likely data is lost on "
+            "3 frames of DS1 \"Stream0\" came incomplete, up to 3 in a row: likely data is lost on "
             "the way.");
 }
 

@@ -26,13 +26,37 @@ TEST(LibraryRules, FindWhatTheyAreFor) {
        [](TypedLog& log) {
          log.Ok(InitLib()).Because().Ok(CloseLib()).Here().Ok(LastError("no error"));
        }},
-      {"the target can't be loaded", "LIB-INIT error",
+      {"the target can't be loaded", "LIB-LOAD error",
        [](TypedLog& log) {
-         log.Line("Loading GenTL Producer '/opt/a.cti'")
-             .Because()
-             .Line("Error 126 when loading the GenTL producer dll: '/opt/a.cti'", "ERROR")
-             .Here()
-             .Fails("ERROR", InitLib());
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Here();
+         log.Line("Error 126 when loading the GenTL producer dll: '/opt/a.cti'", "ERROR");
+         log.Fails("NOT_IMPLEMENTED", OpenTL(0));
+       },
+       "The producer '/opt/a.cti' can't be loaded, error 126: it isn't there, or a library that it "
+       "needs isn't."},
+      {"an error of the loader that has no sentence", "LIB-LOAD error",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Here();
+         log.Line("Error 4711 when loading the GenTL producer dll: '/opt/a.cti'", "ERROR");
+         log.Fails("NOT_IMPLEMENTED", OpenTL(0));
+       },
+       "can't be loaded, error 4711."},
+      {"the target is Vextrel", "LIB-LOAD error",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Here();
+         log.Line("The GenTL producer dll is Vextrel itself: '/opt/a.cti'", "ERROR");
+         log.Fails("NOT_IMPLEMENTED", OpenTL(0));
+       },
+       "GENICAM_GENTL64_VEXTREL_PRODUCER leads to Vextrel itself: '/opt/a.cti'."},
+      {"no target is named", "LIB-LOAD error",
+       [](TypedLog& log) {
+         log.Here().Line("Vextrel Environment variable GENICAM_GENTL64_VEXTREL_PRODUCER not found!",
+                         "ERROR");
+         log.Fails("NOT_IMPLEMENTED", OpenTL(0));
+       }},
+      {"the target fails to start", "LIB-INIT error",
+       [](TypedLog& log) {
+         log.Line("Loading GenTL Producer '/opt/a.cti'").Here().Fails("ERROR", InitLib());
        }},
       {"refused though it's initialized", "LIB-INIT warning",
        [](TypedLog& log) {
