@@ -80,7 +80,8 @@ Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& err
   Plan plan;
   plan.application = FindApplication(arguments.application.front(), variables);
   CheckApplication(plan.application);
-  plan.target = FindTarget(arguments.target, variables);
+  const ChosenTarget target = FindTarget(arguments.target, variables);
+  plan.target = target.path;
   plan.module = ChooseModule(ChoiceOf(arguments.module), arguments.style.withTiming, plan.target,
                              FindOwnModules(OwnProgram()));
   if (!arguments.config.empty()) {
@@ -91,6 +92,9 @@ Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& err
     if (!log.whyElsewhere.empty()) {
       Say(errors, log.whyElsewhere + ", so the log goes elsewhere");
     }
+  }
+  if (!target.why.empty()) {
+    Say(errors, target.why);
   }
   return plan;
 }
