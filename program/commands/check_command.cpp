@@ -40,7 +40,7 @@ int Check(const CheckArguments& arguments, Output& output, Output& errors) {
   const Severity failOn = arguments.failOn == "error"     ? Severity::Error
                           : arguments.failOn == "warning" ? Severity::Warning
                                                           : Severity::Info;
-  const CheckedLog checked(arguments.log, errors);
+  const CheckedLog checked(arguments.log.ToRead(errors));
   const Findings& findings = checked.Found();
   if (!arguments.junit.empty()) {
     Output junit;

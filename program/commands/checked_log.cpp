@@ -9,8 +9,8 @@
 
 namespace vextrel::program {
 
-CheckedLog::CheckedLog(const LogOptions& options, Output& errors) {
-  RecordReader reader(options.ToRead(errors));
+CheckedLog::CheckedLog(const ReadingOptions& options) {
+  RecordReader reader(options);
   model_ = std::make_unique<SessionModel>(reader.UsedLayout());
   checker_ = std::make_unique<Checker>(*model_);
   ReadLog(reader, *model_,

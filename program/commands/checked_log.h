@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "commands/log_options.h"
 #include "model/session_model.h"
+#include "reading/record_reader.h"
 #include "rules/checker.h"
 #include "views/report.h"
 
@@ -17,7 +17,7 @@ namespace vextrel::program {
 class CheckedLog {
  public:
   // Throws std::runtime_error with a sentence if the log can't be used.
-  CheckedLog(const LogOptions& options, Output& errors);
+  explicit CheckedLog(const ReadingOptions& options);
 
   [[nodiscard]] const ReportedLog& Log() const noexcept { return log_; }
   [[nodiscard]] const SessionModel& Model() const noexcept { return *model_; }

@@ -39,6 +39,24 @@ std::vector<std::string> TakeApplication(std::vector<std::string>& arguments) {
   return application;
 }
 
+// A sentence: what CLI11 says of it, or what says more.
+std::string WhyNotParsed(const CLI::App& program, const std::vector<std::string>& own,
+                         const CLI::ParseError& error) {
+  const std::vector<CLI::App*> commands = program.get_subcommands();
+  if (commands.empty() && !own.empty() && !own.front().starts_with('-')) {
+    return "there's no command '" + own.front() + "': see 'vextrel --help'";
+  }
+  if (!commands.empty() && commands.front()->get_name() == "trace") {
+    const std::vector<std::string> unexpected = commands.front()->remaining();
+    if (!unexpected.empty() && !unexpected.front().starts_with('-')) {
+      return "trace doesn't know '" + unexpected.front() +
+             "': put the application and its arguments behind '--', as in 'vextrel trace -- " +
+             unexpected.front() + "'";
+    }
+  }
+  return std::string(error.what()) + ": see 'vextrel --help'";
+}
+
 }  // namespace
 
 int RunProgram(const std::vector<std::string>& arguments, Output& output, Output& errors) {
@@ -74,7 +92,7 @@ int RunProgram(const std::vector<std::string>& arguments, Output& output, Output
   } catch (const CLI::CallForVersion& version) {
     output.Text() += std::string(version.what()) + "\n";
   } catch (const CLI::ParseError& error) {
-    return Refuse(std::string(error.what()) + ": see 'vextrel --help'", errors);
+    return Refuse(WhyNotParsed(program, own, error), errors);
   } catch (const std::exception& error) {
     output.Flush();
     return Refuse(error.what(), errors);

@@ -17,6 +17,7 @@ constexpr int kExitSick = 1;
 
 struct DoctorArguments {
   std::string target;
+  std::string config;
   std::string application;
   bool json = false;
   bool load = false;
@@ -73,6 +74,7 @@ int Run(const DoctorArguments& arguments, Output& output) {
   setup.variables = ProcessVariables();
   setup.stored = ReadStoredVariables();
   setup.target = arguments.target;
+  setup.config = arguments.config;
   setup.application = arguments.application;
   setup.modules = FindOwnModules(OwnProgram());
   if (arguments.load) {
@@ -114,13 +116,17 @@ void AddDoctorCommand(CLI::App& program, Output& output, std::function<int()>& a
       "  vextrel doctor --target camera.cti --load grab\n"
       "  vextrel doctor --json | jq '.diagnoses[] | select(.verdict == \"wrong\")'\n"
       "What is set up by hand is looked at as it is; otherwise, what 'vextrel trace' would find. "
-      "The exit "
-      "status is 0 if a trace can be expected to work, and 1 if not.");
+      "The exit status is 0 if a trace can be expected to work, and 1 if not.");
   command->add_option("APPLICATION", arguments->application,
                       "The application that is to be traced");
   command
       ->add_option("--target", arguments->target,
                    "The producer; otherwise the one that the variables name")
+      ->type_name("FILE");
+  command
+      ->add_option("--config", arguments->config,
+                   "Your own property file, as for 'vextrel trace'; otherwise the one that the "
+                   "variable names")
       ->type_name("FILE");
   command->add_flag("--load", arguments->load,
                     "Load the target, too, in a process of its own, and open it");

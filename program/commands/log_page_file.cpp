@@ -9,18 +9,17 @@
 
 #include "commands/read_log.h"
 #include "page/log_page.h"
-#include "reading/rolled_files.h"
 #include "views/safe_text.h"
 
 namespace vextrel::program {
 
 namespace fs = std::filesystem;
 
-void DemandPagePath(const LogOptions& options, const std::string& path) {
+void DemandPagePath(const std::vector<std::string>& files, const std::string& path) {
   const auto pathOf = [](const std::string& text) {
     return fs::path(std::u8string(text.begin(), text.end()));
   };
-  for (const std::string& file : WithRolledFiles(options.files)) {
+  for (const std::string& file : files) {
     if (file == "-") {
       throw std::runtime_error(
           "a page is made in two readings, and standard input can be read only once: put the log "
@@ -33,12 +32,9 @@ void DemandPagePath(const LogOptions& options, const std::string& path) {
   }
 }
 
-void WriteLogPage(const LogOptions& options, const CheckedLog& checked, const std::string& path,
+void WriteLogPage(const ReadingOptions& options, const CheckedLog& checked, const std::string& path,
                   Output& errors) {
-  Output silent;
-  ReadingOptions toRead = options.ToRead(silent);
-  toRead.files = checked.Log().files;
-  RecordReader reader(toRead);
+  RecordReader reader(options);
   SessionModel model(reader.UsedLayout());
   LogPage page(checked.Log(), checked.Model(), checked.Found());
   ReadLog(reader, model, [&](const Record& record, const Message& message, const Context& context) {

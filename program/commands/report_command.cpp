@@ -7,6 +7,7 @@
 #include "commands/command_line.h"
 #include "commands/log_options.h"
 #include "commands/log_page_file.h"
+#include "reading/rolled_files.h"
 #include "views/report.h"
 
 namespace vextrel::program {
@@ -22,15 +23,16 @@ struct ReportArguments {
 
 int Report(const ReportArguments& arguments, Output& output, Output& errors) {
   if (!arguments.page.empty()) {
-    DemandPagePath(arguments.log, arguments.page);
+    DemandPagePath(WithRolledFiles(arguments.log.files), arguments.page);
   }
-  const CheckedLog log(arguments.log, errors);
+  const ReadingOptions toRead = arguments.log.ToRead(errors);
+  const CheckedLog log(toRead);
   if (!arguments.page.empty()) {
-    WriteLogPage(arguments.log, log, arguments.page, errors);
+    WriteLogPage(toRead, log, arguments.page, errors);
   } else if (!arguments.other.empty()) {
     LogOptions options = arguments.log;
     options.files = {arguments.other};
-    const CheckedLog other(options, errors);
+    const CheckedLog other(options.ToRead(errors));
     WriteComparison(log.Log(), log.Model(), other.Log(), other.Model(), output);
   } else if (arguments.json) {
     WriteReportAsJson(log.Log(), log.Model(), log.Found(), output);

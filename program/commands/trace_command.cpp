@@ -71,7 +71,7 @@ struct Outcome {
 };
 
 bool AnyCallSucceeded(const Outcome& outcome) {
-  return outcome.log && outcome.log->model.Counts().Results().contains(GC_ERR_SUCCESS);
+  return outcome.log && outcome.log->checked.Model().Counts().Results().contains(GC_ERR_SUCCESS);
 }
 
 Outcome Run(const TraceArguments& arguments, const Plan& plan, Variables variables,
@@ -87,6 +87,10 @@ Outcome Run(const TraceArguments& arguments, const Plan& plan, Variables variabl
   Say(errors,
       fmt::format("tracing '{}' with {}{}", TextOf(plan.target), TextOf(plan.module.filename()),
                   plan.log.empty() ? "" : ", log: " + TextOf(plan.log)));
+  if (plan.earlier.Size() > 0) {
+    Say(errors, fmt::format("the log has {} bytes of earlier runs, which don't count below",
+                            plan.earlier.Size()));
+  }
   if (InterruptionGuard::WasInterrupted()) {
     constexpr int likeCtrlC = 130;
     throw LaunchFailure(likeCtrlC, "interrupted before the application was started");
@@ -101,7 +105,9 @@ Outcome Run(const TraceArguments& arguments, const Plan& plan, Variables variabl
         "(Ctrl-C ends the trace)");
     process.WaitForDescendants();
   }
-  outcome.log = ReadTracedLog(TextOf(plan.log), TextOf(plan.config));
+  if (!plan.log.empty()) {
+    outcome.log = ReadTracedLog(plan.earlier, TextOf(plan.config));
+  }
   if (!AnyCallSucceeded(outcome)) {
     Setup setup;
     setup.variables = request.variables;
@@ -126,17 +132,20 @@ void SayWhyNothingCame(const Plan& plan, const Outcome& outcome, Output& errors)
   const Diagnosis* first = outcome.diagnoses.FirstWrong();
   if (first != nullptr) {
     say("no call was logged: ", *first);
-  } else if (!plan.log.empty() && fs::exists(plan.log, error)) {
+  } else if (!plan.log.empty() && plan.earlier.Size() == 0 && fs::exists(plan.log, error)) {
     Say(errors,
         "no call was logged: the application loaded Vextrel, and called nothing but "
         "GCInitLib: " +
             TextOf(plan.log));
   } else {
     const bool mayBeRefused = plan.module.filename() == "vextrel.cti";
-    Say(errors, fmt::format("no call was logged: the application didn't load the producer that {} "
-                            "names{}; docs/tracing.md says how applications find theirs",
-                            kPathVariable,
-                            mayBeRefused ? ", or wants a newer one (--module extended)" : ""));
+    // A log that was there already doesn't tell whether the module was loaded.
+    const bool mayBeLoaded = plan.earlier.Size() > 0;
+    Say(errors,
+        fmt::format("no call was logged: the application didn't load the producer that {} "
+                    "names{}{}; docs/tracing.md says how applications find theirs",
+                    kPathVariable, mayBeRefused ? ", or wants a newer one (--module extended)" : "",
+                    mayBeLoaded ? ", or called nothing but GCInitLib" : ""));
   }
   for (const Diagnosis& diagnosis : outcome.diagnoses.All()) {
     if (diagnosis.verdict != Verdict::Fine && &diagnosis != first && diagnosis.subject != "log") {
@@ -148,8 +157,10 @@ void SayWhyNothingCame(const Plan& plan, const Outcome& outcome, Output& errors)
 void SayWhatCame(const TraceArguments& arguments, const Plan& plan, const Outcome& outcome,
                  Output& errors) {
   std::error_code error;
-  if (outcome.log && (outcome.log->model.Counts().Calls() > 0 || arguments.style.misuseOnly)) {
-    errors.Text() += TraceSummary(*outcome.log);
+  if (outcome.log &&
+      (outcome.log->checked.Model().Counts().Calls() > 0 || arguments.style.misuseOnly)) {
+    errors.Text() +=
+        TraceSummary(outcome.log->checked, {arguments.style.misuseOnly, arguments.isChecked});
     errors.Flush();
     if (const Diagnosis* wrong = outcome.diagnoses.FirstWrong(); wrong != nullptr) {
       Say(errors, fmt::format("no call succeeded: {}: {}", wrong->text, wrong->remedy));
@@ -168,33 +179,28 @@ void SayWhatCame(const TraceArguments& arguments, const Plan& plan, const Outcom
 
 // Makes the page and looks for faults, as far as the arguments ask for it. Returns the exit status:
 // the application's own, unless that is 0 and says less than what was found.
-int Judge(const TraceArguments& arguments, const Plan& plan, const Outcome& outcome,
-          Output& errors) {
+int Judge(const TraceArguments& arguments, const Outcome& outcome, Output& errors) {
   if (arguments.page.empty() && !arguments.isChecked) {
     return outcome.status;
   }
   int status = outcome.status;
   const auto settle = [&status](int other) { status = status == 0 ? other : status; };
-  if (!outcome.log || outcome.log->model.Counts().Calls() == 0) {
+  if (!outcome.log || outcome.log->checked.Model().Counts().Calls() == 0) {
     Say(errors, "without a logged call, there's nothing to check, and no page to make");
     settle(kExitOwnFailure);
     return status;
   }
-  try {
-    LogOptions options;
-    options.files = {TextOf(plan.log)};
-    options.config = TextOf(plan.config);
-    Output silent;
-    const CheckedLog checked(options, silent);
-    if (arguments.isChecked) {
-      WriteFindings(checked.Log(), checked.Model(), checked.Found(), {}, errors);
-      if (CountFindings(checked.Found(), {})[static_cast<std::size_t>(Severity::Error)] != 0) {
-        settle(kExitDifferent);
-      }
+  const CheckedLog& checked = outcome.log->checked;
+  if (arguments.isChecked) {
+    WriteFindings(checked.Log(), checked.Model(), checked.Found(), {}, errors);
+    if (CountFindings(checked.Found(), {})[static_cast<std::size_t>(Severity::Error)] != 0) {
+      settle(kExitDifferent);
     }
+  }
+  try {
     if (!arguments.page.empty()) {
-      DemandPagePath(options, arguments.page);
-      WriteLogPage(options, checked, arguments.page, errors);
+      DemandPagePath(outcome.log->toRead.files, arguments.page);
+      WriteLogPage(outcome.log->toRead, checked, arguments.page, errors);
     }
   } catch (const std::runtime_error& error) {
     Say(errors, error.what());
@@ -214,7 +220,7 @@ int Trace(TraceArguments arguments, Output& errors) {
     const Plan plan = MakePlan(arguments, variables, errors);
     const Outcome outcome = Run(arguments, plan, variables, errors);
     SayWhatCame(arguments, plan, outcome, errors);
-    return Judge(arguments, plan, outcome, errors);
+    return Judge(arguments, outcome, errors);
   } catch (const LaunchFailure& failure) {
     Say(errors, failure.what());
     return failure.Status();
@@ -268,8 +274,10 @@ void AddTraceCommand(CLI::App& program, Output& errors, const std::vector<std::s
   auto* fast = command->add_flag("--fast", style.isFast, "Log without dates, at the least cost");
   auto* rolling =
       command
-          ->add_option("--rolling", arguments->rolling,
-                       "Start a new file at this size, such as 50M, and keep the four before it")
+          ->add_option(
+              "--rolling", arguments->rolling,
+              "Start a new file at this size, from 64K to 2047M, such as 50M, and keep the four "
+              "before it")
           ->type_name("SIZE");
   command
       ->add_option(

@@ -10,6 +10,7 @@
 #include "launching/failure.h"
 #include "launching/log_file.h"
 #include "launching/modules.h"
+#include "launching/search_path.h"
 #include "launching/system.h"
 #include "views/safe_text.h"
 
@@ -73,6 +74,17 @@ void UseConfiguration(const std::string& name, const Variables& variables, Plan&
   }
 }
 
+// The page is made when the application has ended: too late to hear that it can't be.
+void DemandPage(const std::string& name, const Plan& plan) {
+  std::error_code error;
+  const fs::path page = fs::absolute(PathOf(name), error).lexically_normal();
+  if (page == plan.log.lexically_normal() || IsSameFile(page, plan.log)) {
+    throw LaunchFailure(kExitOwnFailure, Fault{"the page '" + name + "' is the log itself",
+                                               "give the page another name"});
+  }
+  Demand(FaultOfFile("the page", page));
+}
+
 }  // namespace
 
 Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& errors) {
@@ -80,7 +92,8 @@ Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& err
   Plan plan;
   plan.application = FindApplication(arguments.application.front(), variables);
   CheckApplication(plan.application);
-  plan.target = FindTarget(arguments.target, variables);
+  const ChosenTarget target = FindTarget(arguments.target, variables);
+  plan.target = target.path;
   plan.module = ChooseModule(ChoiceOf(arguments.module), arguments.style.withTiming, plan.target,
                              FindOwnModules(OwnProgram()));
   if (!arguments.config.empty()) {
@@ -91,6 +104,15 @@ Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& err
     if (!log.whyElsewhere.empty()) {
       Say(errors, log.whyElsewhere + ", so the log goes elsewhere");
     }
+  }
+  if (!arguments.page.empty()) {
+    DemandPage(arguments.page, plan);
+  }
+  if (!target.why.empty()) {
+    Say(errors, target.why);
+  }
+  if (!plan.log.empty()) {
+    plan.earlier = LogMark(TextOf(plan.log));
   }
   return plan;
 }

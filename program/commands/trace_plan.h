@@ -10,6 +10,7 @@
 
 #include "launching/trace_folder.h"
 #include "launching/variables.h"
+#include "reading/log_mark.h"
 #include "views/output.h"
 
 namespace vextrel::program {
@@ -33,6 +34,7 @@ struct Plan {
   std::filesystem::path module;
   std::filesystem::path log;     // empty if the configuration names none
   std::filesystem::path config;  // the user's own; empty for ours
+  LogMark earlier;               // what is in the log already
 };
 
 // Throws LaunchFailure if there can't be a trace. Fills in the size in `arguments.style`.

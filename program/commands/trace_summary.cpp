@@ -5,11 +5,10 @@
 
 #include <stdexcept>
 
-#include "commands/read_log.h"
 #include "reading/byte_file.h"
 #include "reading/property_file.h"
-#include "reading/rolled_files.h"
 #include "reading/value_reading.h"
+#include "views/findings_view.h"
 #include "views/safe_text.h"
 
 namespace vextrel::program {
@@ -96,40 +95,46 @@ std::string StreamLine(const SessionModel& model) {
                             CountOr(incomplete), Counted(timeOuts, "time-out"));
 }
 
-std::string MisuseLine(const SessionModel& model) {
-  return model.Reports() == 0 ? "no report of an error or misuse"
-                              : Counted(model.Reports(), "report") + " of errors and misuse";
+// Of findings, as 'vextrel check' counts them, and of what Vextrel itself reported.
+std::string FindingsLine(const CheckedLog& traced, const SummaryOptions& options) {
+  const std::uint64_t reports = traced.Model().Reports();
+  if (options.isOfMisuseOnly) {
+    return reports == 0 ? "no report of an error or misuse"
+                        : Counted(reports, "report") + " of errors and misuse";
+  }
+  std::string line = "findings: " + CountsText(CountFindings(traced.Found(), {}));
+  if (reports > 0) {
+    line += fmt::format("; reports of Vextrel itself: {}", reports);
+  }
+  return line;
 }
 
 }  // namespace
 
-std::optional<TracedLog> ReadTracedLog(const std::string& path, const std::string& config) {
-  if (!FileExists(path)) {
-    return std::nullopt;
-  }
+std::optional<TracedLog> ReadTracedLog(const LogMark& mark, const std::string& config) {
   try {
-    ReadingOptions options;
-    options.files = WithRolledFiles({path});
-    if (!config.empty()) {
-      options.layout = LayoutOfPropertyFile(config);
+    ReadingOptions toRead;
+    mark.ShowWhatCameSince(toRead);
+    if (!FileExists(toRead.files.back())) {
+      return std::nullopt;
     }
-    RecordReader reader(options);
-    TracedLog traced{{}, SessionModel(reader.UsedLayout())};
-    ReadLog(reader, traced.model, [](const Record&, const Message&, const Context&) {});
-    traced.log = {reader.Files(), reader.UsedLayout().Name(), reader.BytesRead(), reader.Lines()};
-    return traced;
+    if (!config.empty()) {
+      toRead.layout = LayoutOfPropertyFile(config);
+    }
+    return TracedLog{toRead, CheckedLog(toRead)};
   } catch (const std::runtime_error&) {
     return std::nullopt;
   }
 }
 
-std::string TraceSummary(const TracedLog& traced) {
-  const SessionModel& model = traced.model;
-  return fmt::format(
-      "vextrel: {}\n  {}\n  {}\n  {}\n  log: {} ({:.1f} MB; 'vextrel check' says what went "
-      "wrong)\n",
-      LengthLine(model), FailureLine(model), StreamLine(model), MisuseLine(model),
-      Safe(traced.log.files.back()), static_cast<double>(traced.log.bytes) / 1e6);
+std::string TraceSummary(const CheckedLog& traced, const SummaryOptions& options) {
+  const SessionModel& model = traced.Model();
+  const bool hasHint =
+      !options.findingsFollow && (model.Reports() > 0 || !traced.Found().All().empty());
+  return fmt::format("vextrel: {}\n  {}\n  {}\n  {}\n  log: {} ({:.1f} MB{})\n", LengthLine(model),
+                     FailureLine(model), StreamLine(model), FindingsLine(traced, options),
+                     Safe(traced.Log().files.back()), static_cast<double>(traced.Log().bytes) / 1e6,
+                     hasHint ? "; 'vextrel check' says what went wrong" : "");
 }
 
 }  // namespace vextrel::program

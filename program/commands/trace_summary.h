@@ -6,23 +6,30 @@
 #include <optional>
 #include <string>
 
-#include "model/session_model.h"
-#include "views/report.h"
+#include "commands/checked_log.h"
+#include "reading/log_mark.h"
+#include "reading/record_reader.h"
 
 namespace vextrel::program {
 
 struct TracedLog {
-  ReportedLog log;
-  SessionModel model;
+  ReadingOptions toRead;  // what the run wrote
+  CheckedLog checked;
 };
 
-// What the log at `path`, and the files that it rolled to, says. Empty if there's no log, or no
-// line of ours in it. `config` is a property file for its layout, or empty.
-[[nodiscard]] std::optional<TracedLog> ReadTracedLog(const std::string& path,
+// What a run added to the log, and the files that it rolled to, since `mark`. Empty if there's no
+// log, or no line of ours in that. `config` is a property file for its layout, or empty.
+[[nodiscard]] std::optional<TracedLog> ReadTracedLog(const LogMark& mark,
                                                      const std::string& config);
 
-// How much it was, what failed, what the streams did, what was misused, and where the log is.
-[[nodiscard]] std::string TraceSummary(const TracedLog& traced);
+// What the summary is of, and what follows it.
+struct SummaryOptions {
+  bool isOfMisuseOnly = false;  // there are no calls to be judged
+  bool findingsFollow = false;
+};
+
+// How much it was, what failed, what the streams did, what was found, and where the log is.
+[[nodiscard]] std::string TraceSummary(const CheckedLog& traced, const SummaryOptions& options);
 
 }  // namespace vextrel::program
 

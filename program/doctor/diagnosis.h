@@ -4,6 +4,7 @@
 #define VEXTREL_PROGRAM_DOCTOR_DIAGNOSIS_H
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -39,10 +40,11 @@ class Diagnoses {
     Wrong(std::move(subject), std::move(fault.text), std::move(fault.remedy));
   }
   [[nodiscard]] const std::vector<Diagnosis>& All() const noexcept { return all_; }
-  // The first one that keeps a trace from working, or null.
-  [[nodiscard]] const Diagnosis* FirstWrong() const noexcept {
+  // The first one that keeps a trace from working, of that subject if there's one, or null.
+  [[nodiscard]] const Diagnosis* FirstWrong(std::string_view subject = {}) const noexcept {
     for (const Diagnosis& diagnosis : all_) {
-      if (diagnosis.verdict == Verdict::Wrong) {
+      if (diagnosis.verdict == Verdict::Wrong &&
+          (subject.empty() || diagnosis.subject == subject)) {
         return &diagnosis;
       }
     }

@@ -24,9 +24,10 @@ Diagnoses Examine(const Setup& setup) {
   LookAtProgram(setup, diagnoses);
   LookAtVariables(setup, facts, diagnoses);
   LookAtStoredVariables(setup, facts, diagnoses);
-  LookAtModule(setup, facts, diagnoses);
+  LookAtModule(facts, diagnoses);
   LookAtConfiguration(setup, facts, diagnoses);
   LookAtTarget(setup, facts, diagnoses);
+  LookAtModuleOfTrace(facts, diagnoses);
   LookForASecondWayToTheTarget(facts, diagnoses);
   LookAtLibraries(setup, facts, diagnoses);
   LookAtFunctions(facts, diagnoses);

@@ -19,6 +19,7 @@ struct Setup {
   Variables variables;  // of the process that is to be traced
   std::optional<StoredVariables> stored;
   std::string target;             // as the user names it; empty for what the variables name
+  std::string config;             // as the user names it; empty for what the variable names
   std::string application;        // as the user names it, or empty
   OwnModules modules;             // those that belong to this program
   std::filesystem::path program;  // this program; loads the target if that isn't empty

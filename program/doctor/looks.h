@@ -29,7 +29,10 @@ void LookAtProgram(const Setup& setup, Diagnoses& diagnoses);
 // Fills in `entries`, `ours` and `others`.
 void LookAtVariables(const Setup& setup, Facts& facts, Diagnoses& diagnoses);
 void LookAtStoredVariables(const Setup& setup, const Facts& facts, Diagnoses& diagnoses);
-void LookAtModule(const Setup& setup, const Facts& facts, Diagnoses& diagnoses);
+// The module of a set-up by hand.
+void LookAtModule(const Facts& facts, Diagnoses& diagnoses);
+// The one that 'vextrel trace' would choose, which depends on the target.
+void LookAtModuleOfTrace(const Facts& facts, Diagnoses& diagnoses);
 // Fills in `logs`.
 void LookAtConfiguration(const Setup& setup, Facts& facts, Diagnoses& diagnoses);
 // Fills in `target`, `targetImage` and `targetIsSound`.

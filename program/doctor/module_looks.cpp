@@ -4,6 +4,7 @@
 #include "doctor/log_config.h"
 #include "doctor/looks.h"
 #include "images/file_bytes.h"
+#include "launching/modules.h"
 
 namespace vextrel::program {
 
@@ -12,6 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kConfiguration = "configuration";
+constexpr const char* kModule = "module";
 
 void LookAtConfigFile(const fs::path& file, const Setup& setup, Facts& facts,
                       Diagnoses& diagnoses) {
@@ -38,26 +40,46 @@ void LookAtConfigFile(const fs::path& file, const Setup& setup, Facts& facts,
 
 }  // namespace
 
-void LookAtModule(const Setup& /*setup*/, const Facts& facts, Diagnoses& diagnoses) {
-  constexpr const char* subject = "module";
+void LookAtModule(const Facts& facts, Diagnoses& diagnoses) {
   if (!facts.isSetUp) {
-    diagnoses.Fine(subject, "left to 'vextrel trace'");
+    return;
+  }
+  if (facts.ours.empty() && facts.entries.empty()) {
+    diagnoses.Note(kModule, fmt::format("not looked for: {} names no folder", kPathVariable));
   } else if (facts.ours.empty()) {
-    diagnoses.Wrong(subject, fmt::format("nothing in {} is Vextrel", kPathVariable),
+    diagnoses.Wrong(kModule, fmt::format("nothing in {} is Vextrel", kPathVariable),
                     "set it to the folder that has the module, or use 'vextrel trace'");
   } else if (facts.ours.size() > 1) {
     diagnoses.Wrong(
-        subject,
+        kModule,
         fmt::format("Vextrel is there {} times, as '{}' and '{}': each camera is listed "
                     "as often",
                     facts.ours.size(), TextOf(facts.ours[0]), TextOf(facts.ours[1])),
         "leave one module in the folders of the variable");
   } else {
-    diagnoses.Fine(subject, fmt::format("'{}'", TextOf(facts.ours.front())));
+    diagnoses.Fine(kModule, fmt::format("'{}'", TextOf(facts.ours.front())));
   }
 }
 
+void LookAtModuleOfTrace(const Facts& facts, Diagnoses& diagnoses) {
+  if (facts.isSetUp) {
+    return;
+  }
+  if (!facts.targetIsSound) {
+    diagnoses.Fine(kModule, "left to 'vextrel trace', which goes by the target's functions");
+    return;
+  }
+  const SuitableModule module = ModuleFor(facts.targetImage.exports);
+  diagnoses.Fine(kModule,
+                 fmt::format("'vextrel trace' takes {}, since {}", module.name, module.why));
+}
+
 void LookAtConfiguration(const Setup& setup, Facts& facts, Diagnoses& diagnoses) {
+  if (!setup.config.empty()) {
+    std::error_code error;
+    LookAtConfigFile(fs::absolute(PathOf(setup.config), error), setup, facts, diagnoses);
+    return;
+  }
   if (!facts.isSetUp) {
     diagnoses.Fine(kConfiguration, "left to 'vextrel trace'");
     return;
@@ -69,15 +91,11 @@ void LookAtConfiguration(const Setup& setup, Facts& facts, Diagnoses& diagnoses)
                     "set it to a property file, or use 'vextrel trace'");
     return;
   }
-  std::string missing;
-  const std::optional<std::string> path = ExpandReference(*value, setup.variables, &missing);
-  if (!path) {
-    diagnoses.Wrong(kConfiguration,
-                    fmt::format("$({}) in {} can't be replaced", missing, kConfigVariable),
-                    fmt::format("set {}, or write the path itself", missing));
+  if (const std::optional<Fault> fault = FaultOfReference(kConfigVariable, setup.variables)) {
+    diagnoses.Wrong(kConfiguration, *fault);
     return;
   }
-  LookAtConfigFile(PathOf(*path), setup, facts, diagnoses);
+  LookAtConfigFile(PathOf(*ExpandReference(*value, setup.variables)), setup, facts, diagnoses);
 }
 
 }  // namespace vextrel::program

@@ -78,7 +78,7 @@ void LookAtLog(const Setup& setup, const Facts& facts, Diagnoses& diagnoses) {
   for (const fs::path& log : facts.logs) {
     LookAtLogFile(log, diagnoses);
   }
-  if (facts.isSetUp) {
+  if (facts.isSetUp || !setup.config.empty()) {
     return;
   }
   std::error_code error;

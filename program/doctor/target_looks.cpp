@@ -34,15 +34,15 @@ fs::path TargetOf(const Setup& setup, const Facts& facts, Diagnoses& diagnoses) 
                       "set it to the producer's .cti file, or use 'vextrel trace'");
       return {};
     }
-    std::string missing;
-    const std::optional<std::string> path = ExpandReference(*value, setup.variables, &missing);
-    if (!path) {
-      diagnoses.Wrong(kTarget,
-                      fmt::format("$({}) in {} can't be replaced", missing, kTargetVariable),
-                      fmt::format("set {}, or write the path itself", missing));
+    if (const std::optional<Fault> fault = FaultOfReference(kTargetVariable, setup.variables)) {
+      diagnoses.Wrong(kTarget, *fault);
       return {};
     }
-    return PathOf(*path);
+    return PathOf(*ExpandReference(*value, setup.variables));
+  }
+  if (facts.others.empty() && diagnoses.FirstWrong("variables") != nullptr) {
+    diagnoses.Note(kTarget, "not looked at: no producer is known");
+    return {};
   }
   if (const std::optional<Fault> fault = FaultOfChoice(facts.others, !facts.ours.empty())) {
     diagnoses.Wrong(kTarget, *fault);

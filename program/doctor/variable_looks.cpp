@@ -40,8 +40,11 @@ void LookAtEntries(Facts& facts, Diagnoses& diagnoses) {
 }  // namespace
 
 void LookAtProgram(const Setup& setup, Diagnoses& diagnoses) {
-  diagnoses.Fine("program", fmt::format("vextrel {}, 64-bit, {}{}", VEXTREL_VERSION, kSystemName,
-                                        IsElevated() ? ", as an administrator" : ""));
+  diagnoses.Fine("program",
+                 fmt::format("vextrel {}, 64-bit, {}{}", VEXTREL_VERSION, kSystemName,
+                             !IsElevated()                     ? ""
+                             : kOwnImageKind == ImageKind::Elf ? ", as root"
+                                                               : ", as an administrator"));
   for (const auto& [name, path] :
        {std::pair<const char*, fs::path>{"vextrel.cti", setup.modules.standard},
         {"vextrel_extended.cti", setup.modules.extended}}) {
@@ -61,8 +64,9 @@ void LookAtVariables(const Setup& setup, Facts& facts, Diagnoses& diagnoses) {
       diagnoses.Wrong(kSubject, fault.text,
                       "set it to the folder that has the module, or use 'vextrel trace'");
     } else {
-      diagnoses.Fine(kSubject,
-                     fmt::format("{} isn't set, which 'vextrel trace' will do", kPathVariable));
+      diagnoses.Fine(
+          kSubject,
+          fmt::format("{} isn't set; 'vextrel trace' sets it for the application", kPathVariable));
     }
     return;
   }

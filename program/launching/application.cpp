@@ -77,7 +77,7 @@ std::string_view StarterOf(const fs::path& file) {
 std::optional<Fault> WhyNotAScript(std::string_view front) {
   if (!front.starts_with("#!")) {
     return Fault{"is no program, and no script whose first line names an interpreter",
-                 "put the program that opens it in front of it"};
+                 "name the program that runs it first, as in 'sh ./script'"};
   }
   std::error_code ignored;
   const std::string interpreter = InterpreterOf(front);
@@ -91,7 +91,7 @@ std::optional<Fault> WhyNotAScript(std::string_view front) {
 // On Windows.
 Fault WhyNotAProgram(const fs::path& file) {
   const std::string_view starter = StarterOf(file);
-  return starter.empty() ? Fault{"is no program", "put the one that opens it in front of it"}
+  return starter.empty() ? Fault{"is no program", "name the program that opens it first"}
                          : Fault{"is a script, which needs its interpreter",
                                  "put '" + std::string(starter) + "' in front of it"};
 }
@@ -103,11 +103,6 @@ fs::path FindApplication(const std::string& name, const Variables& variables) {
   fs::path found;
   if (HasFolder(name)) {
     found = WithEnding(PathOf(name));
-    if (found.empty() && fs::is_directory(PathOf(name), error)) {
-      throw LaunchFailure(
-          kExitNotExecutable,
-          Fault{"'" + name + "' is a folder, not an application", "name the program in it"});
-    }
   } else {
     fs::path notExecutable;
     for (const fs::path& folder : FoldersToSearch(variables)) {
@@ -119,6 +114,10 @@ fs::path FindApplication(const std::string& name, const Variables& variables) {
       notExecutable = notExecutable.empty() ? file : notExecutable;
     }
     found = found.empty() ? notExecutable : found;
+  }
+  if (found.empty() && fs::is_directory(PathOf(name), error)) {
+    throw LaunchFailure(kExitNotExecutable, Fault{"'" + name + "' is a folder, not an application",
+                                                  "name the program in it"});
   }
   if (found.empty()) {
     throw LaunchFailure(kExitNotFound, Fault{"there's no application '" + name + "'" +

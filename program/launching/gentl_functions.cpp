@@ -68,11 +68,16 @@ std::vector<std::string_view> Lacking(const GentlVersion& version,
   return lacking;
 }
 
-bool HasNewerFunction(const std::vector<std::string>& exports) {
+std::string_view FirstNewerFunction(const std::vector<std::string>& exports) {
   const auto& versions = GentlVersions();
-  return std::any_of(versions.begin() + 2, versions.end(), [&](const GentlVersion& version) {
-    return Lacking(version, exports).size() < version.functions.size();
-  });
+  for (auto version = versions.begin() + 2; version != versions.end(); ++version) {
+    for (const std::string_view function : version->functions) {
+      if (std::find(exports.begin(), exports.end(), function) != exports.end()) {
+        return function;
+      }
+    }
+  }
+  return {};
 }
 
 }  // namespace vextrel::program

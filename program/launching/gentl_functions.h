@@ -21,8 +21,8 @@ struct GentlVersion {
 [[nodiscard]] std::vector<std::string_view> Lacking(const GentlVersion& version,
                                                     const std::vector<std::string>& exports);
 
-// True iff there's a function that only the extended module has.
-[[nodiscard]] bool HasNewerFunction(const std::vector<std::string>& exports);
+// The oldest of these that only the extended module has; "" if there's none.
+[[nodiscard]] std::string_view FirstNewerFunction(const std::vector<std::string>& exports);
 
 }  // namespace vextrel::program
 

@@ -73,24 +73,28 @@ std::optional<Fault> FaultOfFolder(const fs::path& folder) {
 }
 
 std::optional<Fault> FaultOfLog(const fs::path& log) {
+  return FaultOfFile("the log", log);
+}
+
+std::optional<Fault> FaultOfFile(const std::string& what, const fs::path& file) {
   std::error_code error;
-  const std::string text = "the log '" + TextOf(log) + "' can't be written";
-  const fs::path folder = log.has_parent_path() ? log.parent_path() : fs::current_path(error);
-  if (!fs::exists(log, error)) {
+  const std::string text = what + " '" + TextOf(file) + "' can't be written";
+  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::current_path(error);
+  if (!fs::exists(file, error)) {
     std::optional<Fault> fault = FaultOfFolder(folder);
     if (fault) {
       fault->text = text + ": " + fault->text;
     }
     return fault;
   }
-  if (fs::is_directory(log, error)) {
+  if (fs::is_directory(file, error)) {
     return Fault{text + ", since it's a folder", "name a file in it"};
   }
   // One that's there doesn't need a folder that the user may write to, and a device has no disk.
-  if (!std::ofstream(log, std::ios::app).is_open()) {
+  if (!std::ofstream(file, std::ios::app).is_open()) {
     return Fault{text + " by this user", "remove it, or allow the user to write it"};
   }
-  if (fs::is_regular_file(log, error) && SpaceIn(folder) < kLeastSpace) {
+  if (fs::is_regular_file(file, error) && SpaceIn(folder) < kLeastSpace) {
     return Fault{text + ": the disk of '" + TextOf(folder) + "' is full",
                  "free some space, or name a file on another disk"};
   }

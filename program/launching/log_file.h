@@ -20,6 +20,10 @@ namespace vextrel::program {
 // Why the log can't be written, a new one or more of one that's there. Nothing if it can.
 [[nodiscard]] std::optional<Fault> FaultOfLog(const std::filesystem::path& log);
 
+// The same for another file that is to be written, which the text calls `what`, such as "the page".
+[[nodiscard]] std::optional<Fault> FaultOfFile(const std::string& what,
+                                               const std::filesystem::path& file);
+
 // Why the end of a log may be missing, as a sentence: empty if nothing says so.
 [[nodiscard]] std::string WhyCutShort(const std::filesystem::path& log);
 

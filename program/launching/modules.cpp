@@ -42,8 +42,17 @@ fs::path Absolute(const fs::path& path) {
   return error ? path : absolute;
 }
 
-// The only producer that the variable shows.
-fs::path TargetOfVariable(const Variables& variables) {
+// The target of a set-up by hand.
+ChosenTarget TargetOfSetup(const Variables& variables) {
+  if (const std::optional<Fault> fault = FaultOfReference(kTargetVariable, variables)) {
+    throw LaunchFailure(kExitOwnFailure, *fault);
+  }
+  return {PathOf(*ExpandReference(*variables.Find(kTargetVariable), variables)),
+          std::string(kPathVariable) + " leads to Vextrel only, so the target is the one that " +
+              kTargetVariable + " names"};
+}
+
+ChosenTarget TargetOfVariables(const Variables& variables) {
   if (const std::optional<Fault> fault = FaultOfPathVariable(variables)) {
     throw LaunchFailure(kExitOwnFailure, *fault);
   }
@@ -51,6 +60,9 @@ fs::path TargetOfVariable(const Variables& variables) {
       ReadSearchPath(*variables.Find(kPathVariable), kListSeparator);
   std::vector<fs::path> producers = ProducersOf(entries);
   const bool showsVextrel = std::erase_if(producers, IsVextrel) > 0;
+  if (producers.empty() && showsVextrel && variables.Find(kTargetVariable)) {
+    return TargetOfSetup(variables);
+  }
   if (producers.empty()) {
     for (const PathEntry& entry : entries) {
       if (const std::optional<Fault> fault = FaultOfEntry(entry, kListSeparator)) {
@@ -61,7 +73,7 @@ fs::path TargetOfVariable(const Variables& variables) {
   if (const std::optional<Fault> fault = FaultOfChoice(producers, showsVextrel)) {
     throw LaunchFailure(producers.empty() ? kExitOwnFailure : kExitChoice, *fault);
   }
-  return producers.front();
+  return {producers.front(), ""};
 }
 
 }  // namespace
@@ -76,19 +88,23 @@ bool IsVextrel(const fs::path& file) {
   return bytes && bytes->find(kMark) != std::string::npos && ParseImage(*bytes).isLibrary;
 }
 
-fs::path FindTarget(const std::string& named, const Variables& variables) {
-  const fs::path target = named.empty() ? TargetOfVariable(variables) : PathOf(named);
-  if (const std::optional<Fault> fault = FaultOfTarget(target)) {
+ChosenTarget FindTarget(const std::string& named, const Variables& variables) {
+  ChosenTarget target =
+      named.empty() ? TargetOfVariables(variables) : ChosenTarget{PathOf(named), ""};
+  if (const std::optional<Fault> fault = FaultOfTarget(target.path)) {
     throw LaunchFailure(kExitOwnFailure, *fault);
   }
-  return Absolute(target);
+  target.path = Absolute(target.path);
+  return target;
 }
 
 std::optional<Fault> FaultOfChoice(const std::vector<fs::path>& others, bool showsVextrel) {
   if (others.empty()) {
-    return Fault{std::string(kPathVariable) +
-                     (showsVextrel ? " leads to Vextrel only" : " leads to no producer"),
-                 "name one with --target"};
+    return Fault{
+        std::string(kPathVariable) + (showsVextrel ? std::string(" leads to Vextrel only, and ") +
+                                                         kTargetVariable + " names no target"
+                                                   : std::string(" leads to no producer")),
+        "name the producer that is to be traced with --target"};
   }
   if (others.size() == 1) {
     return std::nullopt;
@@ -158,15 +174,25 @@ std::optional<Fault> WhyNotATarget(const Image& image, ImageKind ownKind) {
   return std::nullopt;
 }
 
+SuitableModule ModuleFor(const std::vector<std::string>& exports) {
+  const std::string_view newer = FirstNewerFunction(exports);
+  if (newer.empty()) {
+    return {false, kStandardName,
+            "the target has none of the functions that GenTL 1.3 to 1.6 added"};
+  }
+  return {true, kExtendedName,
+          "the target has functions that GenTL 1.3 to 1.6 added, such as " + std::string(newer)};
+}
+
 fs::path ChooseModule(ModuleChoice choice, bool withTiming, const fs::path& target,
                       const OwnModules& modules) {
   if (choice == ModuleChoice::Standard && withTiming) {
     throw LaunchFailure(kExitChoice,
                         "vextrel.cti has no timing lines: leave out --timing or --module standard");
   }
-  const bool isExtended =
-      choice == ModuleChoice::Extended ||
-      (choice == ModuleChoice::Auto && (withTiming || HasNewerFunction(ReadImage(target).exports)));
+  const bool isExtended = choice == ModuleChoice::Extended ||
+                          (choice == ModuleChoice::Auto &&
+                           (withTiming || ModuleFor(ReadImage(target).exports).isExtended));
   const fs::path& module = isExtended ? modules.extended : modules.standard;
   if (module.empty()) {
     throw LaunchFailure(kExitOwnFailure,

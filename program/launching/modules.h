@@ -29,11 +29,16 @@ struct OwnModules {
 // True iff the file is one of our modules, under whatever name.
 [[nodiscard]] bool IsVextrel(const std::filesystem::path& file);
 
-// The producer that is to be traced, as an absolute path: the one that the user names, or the only
-// one that the variable shows. Throws LaunchFailure if there's none, more than one, or if it can't
-// be traced.
-[[nodiscard]] std::filesystem::path FindTarget(const std::string& named,
-                                               const Variables& variables);
+struct ChosenTarget {
+  std::filesystem::path path;  // absolute
+  // Why it's this one, if it's neither named nor the only one that the search path shows.
+  std::string why;
+};
+
+// The producer that is to be traced: the one that the user names, or the only one that the search
+// path shows, or, if that shows nothing but Vextrel, the target that a set-up by hand has. Throws
+// LaunchFailure if there's none, more than one, or if it can't be traced.
+[[nodiscard]] ChosenTarget FindTarget(const std::string& named, const Variables& variables);
 
 // Why the file can't be traced as a target, with its name. Nothing if it can.
 [[nodiscard]] std::optional<Fault> FaultOfTarget(const std::filesystem::path& target);
@@ -49,6 +54,14 @@ struct OwnModules {
 // Why it isn't a 64-bit producer. Nothing if it is. The text comes without the file's name.
 // `ownKind` is what this system's modules are.
 [[nodiscard]] std::optional<Fault> WhyNotATarget(const Image& image, ImageKind ownKind);
+
+// The module that suits a producer with these exports, and why.
+struct SuitableModule {
+  bool isExtended = false;
+  std::string_view name;
+  std::string why;
+};
+[[nodiscard]] SuitableModule ModuleFor(const std::vector<std::string>& exports);
 
 // The module for this target. Throws LaunchFailure if it isn't there, or can't do what is asked
 // for.

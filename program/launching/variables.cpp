@@ -66,4 +66,13 @@ std::optional<std::string> ExpandReference(std::string_view text, const Variable
   return std::string(text.substr(0, begin)).append(*value).append(text.substr(end + 1));
 }
 
+std::optional<Fault> FaultOfReference(std::string_view name, const Variables& variables) {
+  std::string missing;
+  if (ExpandReference(variables.Find(name).value_or(std::string()), variables, &missing)) {
+    return std::nullopt;
+  }
+  return Fault{"$(" + missing + ") in " + std::string(name) + " can't be replaced",
+               "set " + missing + ", or write the path itself"};
+}
+
 }  // namespace vextrel::program

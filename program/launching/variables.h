@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "launching/fault.h"
+
 namespace vextrel::program {
 
 inline constexpr const char* kPathVariable = "GENICAM_GENTL64_PATH";
@@ -47,6 +49,11 @@ class Variables {
 [[nodiscard]] std::optional<std::string> ExpandReference(std::string_view text,
                                                          const Variables& variables,
                                                          std::string* missing = nullptr);
+
+// Why the reference in the value of this variable can't be replaced. Nothing if it can, or there's
+// none.
+[[nodiscard]] std::optional<Fault> FaultOfReference(std::string_view name,
+                                                    const Variables& variables);
 
 }  // namespace vextrel::program
 

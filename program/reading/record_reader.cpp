@@ -110,7 +110,11 @@ bool RecordReader::OpenNextFile() {
   headIsKnown_ = false;
   line_ = 1;
   position_ = 0;
-  SkipByteOrderMark();
+  if (nextFile_ == 1 && options_.skip > 0) {
+    SkipFront();
+  } else {
+    SkipByteOrderMark();
+  }
   return true;
 }
 
@@ -127,6 +131,19 @@ void RecordReader::SkipByteOrderMark() {
   }
   if (std::string_view(buffer_.data(), end_).starts_with(kByteOrderMark)) {
     begin_ = kByteOrderMark.size();
+  }
+}
+
+void RecordReader::SkipFront() {
+  while (position_ < options_.skip) {
+    const std::size_t count = file_->Read(
+        buffer_.data(),
+        static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, options_.skip - position_)));
+    if (count == 0) {
+      return;
+    }
+    line_ += CountLineBreaks({buffer_.data(), count});
+    position_ += count;
   }
 }
 
@@ -285,7 +302,7 @@ std::uint64_t RecordReader::TotalBytes() const {
     }
     total += FileExists(path) ? ByteFile(path).Size() : 0;
   }
-  return total;
+  return total - std::min(total, options_.skip);
 }
 
 void RecordReader::SkipRestOfRecord() {

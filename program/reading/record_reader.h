@@ -42,6 +42,7 @@ struct Record {
 // How the log is read.
 struct ReadingOptions {
   std::vector<std::string> files;  // UTF-8; "-" is standard input
+  std::uint64_t skip = 0;          // bytes of the first file to pass over: only their lines count
   std::optional<Layout> layout;    // found by itself if there's none
   bool follow = false;             // wait for more at the end of the last file
   std::function<bool()> stop;      // asked while waiting; true ends the log
@@ -78,6 +79,7 @@ class RecordReader {
   [[nodiscard]] bool OpenNextFile();
   void CheckThatFileIsWhole() const;
   void SkipByteOrderMark();
+  void SkipFront();
   // Reads more behind what is there. Returns false at the end of the file.
   [[nodiscard]] bool Fill();
   [[nodiscard]] bool WaitForMore();

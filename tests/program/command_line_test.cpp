@@ -60,6 +60,25 @@ TEST(CommandLine, RefusesInOneSentence) {
   }
 }
 
+TEST(CommandLine, SaysWhatItDoesntKnow) {
+  EXPECT_EQ(RunVextrel({"chek", "x.log"}).errors,
+            "vextrel: there's no command 'chek': see 'vextrel --help'\n");
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"trace", "grab"},
+                                                    {"trace", "--timing", "grab", "--frames", "10"},
+                                                    {"trace", "grab", "--", "more"}}) {
+    const ProgramResult result = RunVextrel(arguments);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.errors,
+              "vextrel: trace doesn't know 'grab': put the application and its arguments behind "
+              "'--', as in 'vextrel trace -- grab'\n");
+  }
+  EXPECT_THAT(RunVextrel({"trace", "--chek", "--", "grab"}).errors, testing::HasSubstr("--chek"));
+}
+
+TEST(CommandLine, NamesTheSizesOfARollingLog) {
+  EXPECT_THAT(RunVextrel({"trace", "--help"}).output, testing::HasSubstr("from 64K to 2047M"));
+}
+
 TEST(CommandLine, TakesALayoutFromAPatternOrAConfiguration) {
   const ScratchFile log("12|GC_ERR_SUCCESS=GCInitLib(void)|\n");
   const std::string config = log.Beside(

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "doctor/examination.h"
 #include "doctor/libraries.h"
@@ -93,6 +94,75 @@ TEST(Doctor, LoadsTheTargetInAnotherProcess) {
   lost.Set("SHOW_ITSELF_STATUS", "3");
   EXPECT_THAT(TryTarget(PathOf(SHOW_ITSELF_PROGRAM), "x", lost, longEnough).text,
               HasSubstr("ends the process in its start (status 3)"));
+}
+
+// What was said of this subject: "verdict text" and the remedy behind a colon, one on a line.
+std::string SaidOf(const std::string& subject, const ProgramResult& doctor) {
+  std::string said;
+  std::istringstream lines(doctor.output);
+  for (std::string line; std::getline(lines, line);) {
+    constexpr std::size_t verdict = 7;
+    constexpr std::size_t front = verdict + 15;
+    if (line.compare(verdict, subject.size() + 1, subject + " ") == 0) {
+      said += line.substr(0, line.find(' ')) + " " + line.substr(front) + "\n";
+    }
+  }
+  return said;
+}
+
+// Nothing is set up, whatever this process has.
+struct BareVariables {
+  ScopedVariable path{kPathVariable, ""};
+  ScopedVariable target{kTargetVariable, ""};
+  ScopedVariable config{kConfigVariable, ""};
+};
+
+TEST(Doctor, NamesOneCauseOnce) {
+  const BareVariables bare;
+  const ProgramResult doctor = RunVextrel({"doctor"});
+  EXPECT_EQ(doctor.status, 1);
+  EXPECT_EQ(SaidOf("variables", doctor),
+            "wrong GENICAM_GENTL64_PATH isn't set, so no producer is found: name the producer with "
+            "--target\n");
+  EXPECT_EQ(SaidOf("target", doctor), "note not looked at: no producer is known\n");
+  EXPECT_EQ(doctor.output.find("wrong"), doctor.output.rfind("wrong")) << doctor.output;
+}
+
+TEST(Doctor, SaysWhichModuleATraceTakes) {
+  const BareVariables bare;
+  EXPECT_EQ(SaidOf("module", RunVextrel({"doctor", "--target", SIMULATED_CAMERA})),
+            "fine 'vextrel trace' takes vextrel.cti, since the target has none of the functions "
+            "that GenTL 1.3 to 1.6 added\n");
+  EXPECT_EQ(SaidOf("module", RunVextrel({"doctor", "--target", SIMULATED_CAMERA_EXTENDED})),
+            "fine 'vextrel trace' takes vextrel_extended.cti, since the target has functions that "
+            "GenTL 1.3 to 1.6 added, such as DSGetBufferChunkData\n");
+  EXPECT_EQ(SaidOf("variables", RunVextrel({"doctor", "--target", SIMULATED_CAMERA})),
+            "fine GENICAM_GENTL64_PATH isn't set; 'vextrel trace' sets it for the application\n");
+}
+
+TEST(Doctor, LooksAtTheConfigurationThatATraceWouldGet) {
+  const BareVariables bare;
+  const ScratchFile log("earlier");
+  const std::string config = log.Beside(
+      "rootCategory=INFO, a\nappender.a=FileAppender\nappender.a.layout=BasicLayout\n"
+      "appender.a.fileName=" +
+          log.Path() + "\n",
+      "own.properties");
+  const std::string wrong = log.Beside("rootCategroy=INFO, a\n", "wrong.properties");
+  const auto doctor = [](const std::string& file) {
+    return RunVextrel({"doctor", "--target", SIMULATED_CAMERA, "--config", file});
+  };
+  const ProgramResult sound = doctor(config);
+  EXPECT_EQ(sound.status, 0) << sound.output;
+  EXPECT_THAT(SaidOf("configuration", sound), HasSubstr("own.properties' can be read\n"));
+  EXPECT_THAT(SaidOf("log", sound), HasSubstr("' is there already, with 7 bytes: new lines go"));
+  EXPECT_EQ(doctor(wrong).status, 1);
+  EXPECT_THAT(SaidOf("configuration", doctor(wrong)), HasSubstr("has no rootCategory"));
+  EXPECT_THAT(SaidOf("configuration", doctor(log.Path() + ".none")),
+              HasSubstr("isn't there: name a property file with --config, or in "));
+  // In place of the variable's.
+  const ScopedVariable variable(kConfigVariable, wrong);
+  EXPECT_THAT(SaidOf("configuration", doctor(config)), HasSubstr("own.properties' can be read\n"));
 }
 
 TEST(Doctor, IsACommand) {

@@ -132,13 +132,22 @@ TEST(Modules, TargetIsNamedOrTheOnlyOneThatTheVariableShows) {
   fs::create_directory(folder);
   fs::copy_file(PathOf(VEXTREL), folder / "other.cti");
   Variables variables;
-  const auto find = [&](const std::string& named) { return FindTarget(named, variables); };
+  const auto find = [&](const std::string& named) { return FindTarget(named, variables).path; };
   const auto why = [&](int status, const std::string& named = "") {
     return FailureOf([&] { static_cast<void>(find(named)); }, status);
   };
   EXPECT_THAT(why(125), HasSubstr("GENICAM_GENTL64_PATH isn't set"));
   variables.Set(kPathVariable, TextOf(folder));
   EXPECT_THAT(why(125), HasSubstr("leads to Vextrel only"));
+  // A set-up by hand has its target.
+  variables.Set(kTargetVariable, "$(NOWHERE)/camera.cti");
+  EXPECT_THAT(why(125), HasSubstr("$(NOWHERE) in GENICAM_GENTL64_VEXTREL_PRODUCER can't be "
+                                  "replaced: set NOWHERE, or write the path itself"));
+  variables.Set("NOWHERE", TextOf(PathOf(SIMULATED_CAMERA).parent_path()));
+  variables.Set(kTargetVariable, "$(NOWHERE)/" + TextOf(PathOf(SIMULATED_CAMERA).filename()));
+  EXPECT_TRUE(fs::equivalent(find(""), PathOf(SIMULATED_CAMERA)));
+  variables.Set(kTargetVariable, "nowhere.cti");
+  EXPECT_THAT(why(125), HasSubstr("the target 'nowhere.cti' isn't there"));
   fs::copy_file(PathOf(SIMULATED_CAMERA), folder / "camera.cti");
   EXPECT_EQ(find(""), folder / "camera.cti");
   fs::copy_file(PathOf(SIMULATED_CAMERA), folder / "second.cti");
@@ -201,7 +210,9 @@ TEST(Application, ThatCannotBeTracedIsToldInAPlainSentence) {
             "is a script, which needs its interpreter: put 'cmd /c' in front of it");
   EXPECT_THAT(why("print()", ImageKind::Pe, "run.py"), HasSubstr("put 'python' in front"));
   EXPECT_THAT(why("text", ImageKind::Pe), HasSubstr("is no program"));
-  EXPECT_THAT(why("text", ImageKind::Elf), HasSubstr("is no program"));
+  EXPECT_EQ(why("text", ImageKind::Elf),
+            "is no program, and no script whose first line names an interpreter: name the program "
+            "that runs it first, as in 'sh ./script'");
   EXPECT_EQ(why("#!/no/such -x\n", ImageKind::Elf),
             "needs the interpreter '/no/such', which isn't there: install it, or correct the "
             "script's first line");

@@ -20,6 +20,7 @@ namespace {
 using namespace vextrel::program;  // NOLINT(google-build-using-namespace)
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 namespace fs = std::filesystem;
@@ -36,6 +37,14 @@ TEST_F(Trace, FailsIfItsCheckFindsAnError) {
   const ProgramResult run = Run({kTarget[0], kTarget[1], "--check"}, {GRAB_PROGRAM, "--misuse"});
   EXPECT_EQ(run.status, 1) << run.errors;
   EXPECT_THAT(run.errors, HasSubstr(": error HND-AFTER: DSRevokeBuffer uses BUF1"));
+  // The findings follow, so nobody has to be told how to get them.
+  EXPECT_THAT(run.errors, HasSubstr("\n  findings: 1 error, "));
+  EXPECT_THAT(run.errors, Not(HasSubstr("'vextrel check' says")));
+  const ProgramResult unchecked = Run(kTarget, {GRAB_PROGRAM, "--misuse"});
+  EXPECT_EQ(unchecked.status, 0) << unchecked.errors;
+  EXPECT_THAT(unchecked.errors, AllOf(HasSubstr("\n  findings: 1 error, "),
+                                      HasSubstr("; reports of Vextrel itself: "),
+                                      HasSubstr(" MB; 'vextrel check' says what went wrong)\n")));
 }
 
 TEST_F(Trace, KeepsTheStatusIfItsCheckFindsNoError) {
@@ -50,11 +59,89 @@ TEST_F(Trace, ThatLoggedNothingCantBeChecked) {
   EXPECT_THAT(run.errors, HasSubstr("without a logged call, there's nothing to check"));
 }
 
-TEST_F(Trace, SaysThatItsPageCantBeWritten) {
+TEST_F(Trace, WhosePageCantBeWrittenStartsNothing) {
+  const std::string shown = TextOf(folder / "shown");
+  const ScopedVariable in("SHOW_ITSELF_IN", shown);
   const std::string page = TextOf(folder / "missing" / "page.html");
-  const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {GRAB_PROGRAM});
-  EXPECT_EQ(run.status, 125) << run.errors;
-  EXPECT_THAT(run.errors, HasSubstr("page.html' can't be written\n"));
+  const ProgramResult run = Run({kTarget[0], kTarget[1], "--report", page}, {SHOW_ITSELF_PROGRAM});
+  EXPECT_EQ(run.status, 125);
+  const auto shownAs = [](const fs::path& path) {
+    return TextOf(fs::absolute(path).make_preferred());
+  };
+  EXPECT_EQ(run.errors, "vextrel: the page '" + shownAs(PathOf(page)) +
+                            "' can't be written: there's no folder '" +
+                            shownAs(folder / "missing") + "': make it, or name another file\n");
+  const std::string log = TextOf(folder / "both.log");
+  const ProgramResult both = RunVextrel({"trace", "--log", log, "--report", log, "--target",
+                                         SIMULATED_CAMERA, "--", SHOW_ITSELF_PROGRAM});
+  EXPECT_EQ(both.status, 125);
+  EXPECT_EQ(both.errors,
+            "vextrel: the page '" + log + "' is the log itself: give the page another name\n");
+  EXPECT_FALSE(fs::exists(PathOf(shown)));
+}
+
+// An appender of log4cpp's goes on at the end of its file.
+TEST_F(Trace, CountsOnlyWhatThisRunAdded) {
+  const fs::path log = fs::absolute(folder / "own.log");
+  const std::string config = scratch.Beside(
+      "rootCategory=INFO, a\nappender.a=FileAppender\nappender.a.append=true\n"
+      "appender.a.layout=PatternLayout\n"
+      "appender.a.layout.ConversionPattern=%d{%Y-%m-%d %H:%M:%S.%l} [%t] %-5p %m%n\n"
+      "appender.a.fileName=" +
+          log.generic_string() + "\n",
+      "own.properties");
+  const auto run = [&](const std::vector<std::string>& application) {
+    std::vector<std::string> arguments = {"trace",    "--check",        "--config", config,
+                                          "--target", SIMULATED_CAMERA, "--"};
+    arguments.insert(arguments.end(), application.begin(), application.end());
+    return RunVextrel(arguments);
+  };
+  const ProgramResult faulty = run({GRAB_PROGRAM, "--misuse"});
+  EXPECT_EQ(faulty.status, 1) << faulty.errors;
+  EXPECT_THAT(faulty.errors, Not(HasSubstr("earlier runs")));
+  const std::string before = ReadBytes(log).value_or("");
+  const auto lines = std::count(before.begin(), before.end(), '\n');
+  const ProgramResult clean = run({GRAB_PROGRAM, "--frames", "3"});
+  EXPECT_EQ(clean.status, 0) << clean.errors;
+  EXPECT_THAT(
+      clean.errors,
+      AllOf(HasSubstr("vextrel: the log has " + std::to_string(before.size()) +
+                      " bytes of earlier runs, which don't count below\n"),
+            HasSubstr("\n  1 call failed, IFOpenDevice with GC_ERR_ACCESS_DENIED\n"),
+            HasSubstr("\n  3 frames on 1 stream, "), HasSubstr("\n  findings: 0 errors, ")));
+  EXPECT_THAT(clean.errors, Not(HasSubstr("HND-AFTER")));
+  // The line is that of the file.
+  const std::size_t found = clean.errors.find(": info DEV-DENIED");
+  ASSERT_NE(found, std::string::npos) << clean.errors;
+  const std::size_t begin = clean.errors.rfind(':', found - 1) + 1;
+  EXPECT_GT(std::stol(clean.errors.substr(begin, found - begin)), lines);
+  // A run that adds nothing has nothing to be summed up.
+  const ScopedVariable in("SHOW_ITSELF_IN", TextOf(folder / "shown"));
+  const ProgramResult silent = run({SHOW_ITSELF_PROGRAM});
+  EXPECT_EQ(silent.status, 125) << silent.errors;
+  EXPECT_THAT(silent.errors,
+              AllOf(HasSubstr("no call was logged: the application didn't load the producer"),
+                    HasSubstr(", or called nothing but GCInitLib; ")));
+}
+
+TEST_F(Trace, TakesTheTargetOfASetUpByHand) {
+  fs::create_directory(folder / "module");
+  fs::copy_file(PathOf(VEXTREL), folder / "module" / "vextrel.cti");
+  const ScopedVariable path("GENICAM_GENTL64_PATH", TextOf(folder / "module"));
+  const ProgramResult none = Run({}, {GRAB_PROGRAM});
+  EXPECT_EQ(none.status, 125);
+  EXPECT_EQ(none.errors,
+            "vextrel: GENICAM_GENTL64_PATH leads to Vextrel only, and "
+            "GENICAM_GENTL64_VEXTREL_PRODUCER names no target: name the producer that is to be "
+            "traced with --target\n");
+  const ScopedVariable producer("GENICAM_GENTL64_VEXTREL_PRODUCER", SIMULATED_CAMERA);
+  const ProgramResult run = Run({}, {GRAB_PROGRAM, "--frames", "1"});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(
+      run.errors,
+      StartsWith("vextrel: GENICAM_GENTL64_PATH leads to Vextrel only, so the target is the "
+                 "one that GENICAM_GENTL64_VEXTREL_PRODUCER names\nvextrel: tracing '"));
+  EXPECT_THAT(run.errors, HasSubstr("\n  1 frame on 1 stream"));
 }
 
 TEST_F(Trace, OfMisuseOnlyHasNothingToCheck) {
@@ -78,7 +165,8 @@ TEST_F(Trace, OfTheSampleShowsFiveLinesAndLeavesTheLog) {
   EXPECT_THAT(lines, HasSubstr("  3 frames on 1 stream, "));
   EXPECT_THAT(lines, HasSubstr("; missing: 0, incomplete: 0, 0 time-outs\n"));
   EXPECT_THAT(lines, HasSubstr("1 call failed, IFOpenDevice with GC_ERR_ACCESS_DENIED"));
-  EXPECT_THAT(lines, HasSubstr("no report of an error or misuse"));
+  EXPECT_THAT(lines, HasSubstr("\n  findings: 0 errors, "));
+  EXPECT_THAT(lines, Not(HasSubstr("reports of Vextrel itself")));
   EXPECT_THAT(lines, HasSubstr("trace1.log"));
   EXPECT_THAT(Log(),
               AllOf(HasSubstr("GC_ERR_SUCCESS=GCCloseLib("), Not(HasSubstr("Call 1 enters"))));
@@ -189,6 +277,7 @@ TEST_F(Trace, SaysWhyItCannotStart) {
       {kTarget, {}, 2, "what is to be traced?"},
       {kTarget, {"no-such-application"}, 127, "there's no application 'no-such-application'"},
       {kTarget, {TextOf(folder)}, 126, "is a folder"},
+      {kTarget, {"."}, 126, "'.' is a folder, not an application"},
       {kTarget, {text}, 126, "'"},
       {{"--target", TextOf(folder / "none.cti")}, {GRAB_PROGRAM}, 125, "none.cti' isn't there"},
       {{"--target", VEXTREL}, {GRAB_PROGRAM}, 125, "is Vextrel itself"},
