@@ -13,14 +13,13 @@
 namespace vextrel::program {
 
 // "" if there's no place with this label.
-[[nodiscard]] inline std::string_view TextIn(const Message& message, std::string_view label) {
+[[nodiscard]] inline std::string_view TextIn(const Message& message, Label label) {
   const std::size_t place = message.shape->Find(label);
   return place == kNoPlace ? std::string_view() : message.values[place].text;
 }
 
 // A pointer that stands as an input, or nothing.
-[[nodiscard]] inline std::optional<std::uint64_t> PointerIn(const Message& message,
-                                                            std::string_view label) {
+[[nodiscard]] inline std::optional<std::uint64_t> PointerIn(const Message& message, Label label) {
   const std::string_view text = TextIn(message, label);
   std::uint64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);

@@ -269,7 +269,7 @@ void SessionModel::ResolveInput(const Message& message, std::size_t at) {
   }
 }
 
-HandleId SessionModel::HandleIn(const Message& message, std::string_view label) const {
+HandleId SessionModel::HandleIn(const Message& message, Label label) const {
   const std::size_t place = message.shape->Find(label);
   return place == kNoPlace ? kNoHandle : context_.handles[place];
 }

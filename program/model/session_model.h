@@ -145,8 +145,8 @@ class SessionModel {
 
   void OnInitLib(const Record& record, const Message& message);
   void OnCloseLib(const Record& record, const Message& message);
-  void OnOpen(const Record& record, const Message& message, HandleKind kind,
-              std::string_view parentLabel, std::string_view idLabel, std::string_view label);
+  void OnOpen(const Record& record, const Message& message, HandleKind kind, Label parentLabel,
+              Label idLabel, Label label);
   void OnTLOpen(const Record& record, const Message& message);
   void OnOpenInterface(const Record& record, const Message& message);
   void OnOpenDevice(const Record& record, const Message& message);
@@ -170,7 +170,7 @@ class SessionModel {
   void OnLastError(const Record& record, const Message& message);
 
   // The handle in the place with this label, or kNoHandle.
-  [[nodiscard]] HandleId HandleIn(const Message& message, std::string_view label) const;
+  [[nodiscard]] HandleId HandleIn(const Message& message, Label label) const;
   void NoteOpening(HandleId id, const Record& record);
   void NoteClosing(HandleId id, const Record& record);
   // The stream of a data stream's handle.

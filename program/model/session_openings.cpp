@@ -29,8 +29,7 @@ void SessionModel::EndHandle(HandleId id) {
 }
 
 void SessionModel::OnOpen(const Record& record, const Message& message, HandleKind kind,
-                          std::string_view parentLabel, std::string_view idLabel,
-                          std::string_view label) {
+                          Label parentLabel, Label idLabel, Label label) {
   const std::size_t place = message.shape->Find(label);
   if (place == kNoPlace || message.values[place].number == 0) {
     return;

@@ -84,9 +84,14 @@ bool TakeDigits(std::string_view text, std::size_t& at, std::size_t digits, std:
 }
 
 bool TakeLiteral(std::string_view text, std::size_t& at, std::string_view literal) {
-  if (text.size() - at < literal.size() ||
-      std::memcmp(text.data() + at, literal.data(), literal.size()) != 0) {
+  if (text.size() - at < literal.size()) {
     return false;
+  }
+  // A call of memcmp costs more than the few characters of a layout's literals.
+  for (std::size_t i = 0; i < literal.size(); ++i) {
+    if (text[at + i] != literal[i]) {
+      return false;
+    }
   }
   at += literal.size();
   return true;

@@ -283,6 +283,7 @@ LineShape MakeShape(std::string_view text, const DividedFormat& divided, bool is
     place.label = LabelAtEnd(literals[i]);
     place.conversion = divided.pieces[i].conversion;
     place.isOutput = isCall && literals[i].find("->(") != std::string_view::npos;
+    place.labelHash = place.label.empty() ? 0 : HashOfLabel(place.label);
     GiveMeaning(shape, place, i + 1 < divided.count ? literals[i + 1] : shape.tail);
     if (!isCall && place.conversion == Conversion::Pointer) {
       place.meaning = Meaning::Handle;
@@ -295,13 +296,18 @@ LineShape MakeShape(std::string_view text, const DividedFormat& divided, bool is
       place.meaning = each.meaning;
       place.values = nullptr;
       place.isOutput = true;
-      place.label = each.label.empty() ? place.label : each.label;
+      if (!each.label.empty()) {
+        place.label = each.label;
+        place.labelHash = HashOfLabel(each.label);
+      }
     }
   }
   for (const PointedInput& each : kPointedInputs) {
-    const std::size_t place = shape.Find(each.label);
-    if (each.function == shape.function && place != kNoPlace) {
-      shape.places[place].isOutput = false;
+    const auto place = std::ranges::find_if(shape.places, [&](const Place& other) {
+      return other.label == each.label && other.meaning != Meaning::Nothing;
+    });
+    if (each.function == shape.function && place != shape.places.end()) {
+      place->isOutput = false;
     }
   }
   FindLastText(shape);
@@ -383,9 +389,9 @@ bool IsFreeText(const Place& place) noexcept {
          place.meaning != Meaning::Duration;
 }
 
-std::size_t LineShape::Find(std::string_view label) const noexcept {
-  for (std::size_t i = 0; i < places.size() && !label.empty(); ++i) {
-    if (places[i].label == label && places[i].meaning != Meaning::Nothing) {
+std::size_t LineShape::Find(Label label) const noexcept {
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (places[i].labelHash == label.hash && places[i].meaning != Meaning::Nothing) {
       return i;
     }
   }

@@ -16,6 +16,7 @@
 
 #include "calllog/checked_format.h"
 #include "calllog/value_tables.h"
+#include "reading/label.h"
 
 namespace vextrel::program {
 
@@ -52,6 +53,7 @@ inline constexpr std::size_t kHandleKinds = 7;  // without Any
 struct Place {
   std::string_view literal;  // the text in front
   std::string_view label;    // "" if it has none
+  std::uint64_t labelHash;   // of HashOfLabel, or 0, which no Label has
   Conversion conversion;
   Meaning meaning;
   HandleKind kind = HandleKind::Any;
@@ -76,7 +78,7 @@ struct LineShape {
   std::size_t lastText = kNoPlace;
 
   // The place with this label that has a meaning, or kNoPlace.
-  [[nodiscard]] std::size_t Find(std::string_view label) const noexcept;
+  [[nodiscard]] std::size_t Find(Label label) const noexcept;
 };
 
 // What a shape of a text of log_text.h has as its `text`.

@@ -87,7 +87,7 @@ class Match {
 
  private:
   bool TakeLiteral(std::string_view literal, std::size_t& at) const noexcept {
-    if (text_.size() - at < literal.size() ||
+    if (text_.size() - at < literal.size() || (!literal.empty() && text_[at] != literal.front()) ||
         std::memcmp(text_.data() + at, literal.data(), literal.size()) != 0) {
       return false;
     }
@@ -111,7 +111,7 @@ class Match {
 
   bool TakeName(std::size_t& at, PlaceValue& value) const noexcept {
     std::size_t end = at;
-    if (text_.substr(at).starts_with(kUnknown)) {
+    if (at < text_.size() && text_[at] == '(' && text_.substr(at).starts_with(kUnknown)) {
       end = text_.find(')', at);
       if (end == std::string_view::npos) {
         return false;
@@ -160,7 +160,7 @@ class Match {
     if (place.meaning == Meaning::Duration) {
       return TakeDuration(at, value);
     }
-    if (text_.substr(at).starts_with(kNull)) {
+    if (at < text_.size() && text_[at] == 'N' && text_.substr(at).starts_with(kNull)) {
       value = {text_.substr(at, kNull.size()), 0};
       at += kNull.size();
       return true;

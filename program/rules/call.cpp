@@ -58,17 +58,17 @@ HandleId Call::DeviceOfPort() const {
   return kind == HandleKind::Device ? port : kind == HandleKind::Port ? At(port).parent : kNoHandle;
 }
 
-HandleId Call::HandleIn(std::string_view label) const {
+HandleId Call::HandleIn(Label label) const {
   const std::size_t place = Find(label);
   return place == kNoPlace ? kNoHandle : context_->handles[place];
 }
 
-std::string_view Call::Text(std::string_view label) const {
+std::string_view Call::Text(Label label) const {
   const std::size_t place = Find(label);
   return place == kNoPlace ? std::string_view() : message_->values[place].text;
 }
 
-std::uint64_t Call::Number(std::string_view label) const {
+std::uint64_t Call::Number(Label label) const {
   const std::size_t place = Find(label);
   return place == kNoPlace ? 0 : message_->values[place].number;
 }
@@ -82,7 +82,7 @@ std::optional<std::uint64_t> DecimalIn(std::string_view text) {
   return value;
 }
 
-std::string_view Call::NameIn(std::string_view label) const {
+std::string_view Call::NameIn(Label label) const {
   const std::size_t place = Find(label);
   if (place == kNoPlace) {
     return {};

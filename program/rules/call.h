@@ -134,21 +134,19 @@ class Call {
   [[nodiscard]] HandleId DeviceOfPort() const;
 
   // The place with this label, or kNoPlace.
-  [[nodiscard]] std::size_t Find(std::string_view label) const {
-    return message_->shape->Find(label);
-  }
+  [[nodiscard]] std::size_t Find(Label label) const { return message_->shape->Find(label); }
   // Of the place with this label: kNoHandle, "" or 0 if there's none.
-  [[nodiscard]] HandleId HandleIn(std::string_view label) const;
-  [[nodiscard]] std::string_view Text(std::string_view label) const;
-  [[nodiscard]] std::uint64_t Number(std::string_view label) const;
+  [[nodiscard]] HandleId HandleIn(Label label) const;
+  [[nodiscard]] std::string_view Text(Label label) const;
+  [[nodiscard]] std::uint64_t Number(Label label) const;
   // A decimal number that stands as an info value. Nothing if it's none.
-  [[nodiscard]] std::optional<std::uint64_t> Value(std::string_view label) const {
+  [[nodiscard]] std::optional<std::uint64_t> Value(Label label) const {
     return DecimalIn(Text(label));
   }
   // `DEV1 "SimCam2"`
   [[nodiscard]] std::string Named(HandleId id) const { return All().FullName(id); }
   // The name of a command, the newest one that it has.
-  [[nodiscard]] std::string_view NameIn(std::string_view label) const;
+  [[nodiscard]] std::string_view NameIn(Label label) const;
 
   // Whether this call was certainly made after that line was written: its timing
   // line says so, its thread wrote another line in between, or it's the same thread.

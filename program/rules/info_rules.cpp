@@ -157,7 +157,7 @@ class Infos : public RuleFamily {
   };
 
   static std::string_view CommandOf(const Call& call) {
-    for (const std::string_view label : {"iCommand", "iCmd", "iInfoCmd", "iID"}) {
+    for (const Label label : {Label("iCommand"), Label("iCmd"), Label("iInfoCmd"), Label("iID")}) {
       const std::string_view name = call.NameIn(label);
       if (!name.empty()) {
         return name;

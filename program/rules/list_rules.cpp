@@ -120,8 +120,8 @@ class Lists : public RuleFamily {
       case Function::TLGetNumInterfaces:
       case Function::IFGetNumDevices:
         OnCount(call, id,
-                call.Number(call.Which() == Function::IFGetNumDevices ? "iNumDevices"
-                                                                      : "iNumInterfaces"));
+                call.Which() == Function::IFGetNumDevices ? call.Number("iNumDevices")
+                                                          : call.Number("iNumInterfaces"));
         CheckMade(call, id);
         break;
       case Function::DevGetNumDataStreams:
@@ -296,7 +296,8 @@ class Lists : public RuleFamily {
           "{} doesn't know the id '{}', and the list of {} was never made: likely the id is from a "
           "list of an earlier handle.",
           call.Name(),
-          call.Text(call.Which() == Function::IFOpenDevice ? "sDevName" : "sInterfaceName"),
+          call.Which() == Function::IFOpenDevice ? call.Text("sDevName")
+                                                 : call.Text("sInterfaceName"),
           call.Named(id));
       finding->handles.push_back(call.All().Name(id));
       Relate(*finding, call.At(id).openedAt, call.All().Name(id) + " is opened");

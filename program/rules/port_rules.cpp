@@ -69,7 +69,8 @@ class Ports : public RuleFamily {
     if (call.Which() == Function::GCReadPort) {
       OnRead(call, id);
     } else if (call.Which() != Function::GCGetPortURLInfo || call.Text("iCmd") == "URL_INFO_URL") {
-      OnUrl(call, id, call.Text(call.Which() == Function::GCGetPortURL ? "URL" : "Buffer"));
+      OnUrl(call, id,
+            call.Which() == Function::GCGetPortURL ? call.Text("URL") : call.Text("Buffer"));
     }
   }
 

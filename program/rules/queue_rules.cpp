@@ -169,7 +169,7 @@ class Queue : public RuleFamily {
   }
 
   // A stream's buffer that is open and was announced on it.
-  static HandleId OwnBuffer(const Call& call, std::string_view label) {
+  static HandleId OwnBuffer(const Call& call, Label label) {
     const HandleId buffer = call.HandleIn(label);
     return buffer != kNoHandle && call.At(buffer).isOpen &&
                    call.At(buffer).parent == call.HandleIn("hDS")

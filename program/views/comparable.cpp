@@ -57,7 +57,7 @@ bool IsOfItsRun(const Message& message, const Place& place, std::string_view tex
   if (text.starts_with("0x")) {
     return true;
   }
-  for (const std::string_view label : {"iCommand", "iID", "iCmd"}) {
+  for (const Label label : {Label("iCommand"), Label("iID"), Label("iCmd")}) {
     const std::size_t command = message.shape->Find(label);
     if (command != kNoPlace && IsTimeOfItsRun(NewestName(message.values[command].text,
                                                          message.shape->places[command].values))) {

@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <map>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "calllog/log_text.h"
 
@@ -73,6 +76,15 @@ TEST(LineShapes, KnowEveryLabel) {
         EXPECT_TRUE(place.meaning == Meaning::Handle)
             << place.label << " of " << shape.function << " is no handle";
       }
+    }
+  }
+}
+
+TEST(LineShapes, HaveLabelsWithDifferentHashes) {
+  std::map<std::uint64_t, std::string_view> labels;
+  for (const LineShape& shape : CallShapes()) {
+    for (const Place& place : shape.places) {
+      EXPECT_EQ(labels.emplace(place.labelHash, place.label).first->second, place.label);
     }
   }
 }

@@ -16,9 +16,9 @@ Message Parsed(std::string_view text) {
   return message;
 }
 
-const PlaceValue& ValueOf(const Message& message, std::string_view label) {
+const PlaceValue& ValueOf(const Message& message, Label label) {
   const std::size_t place = message.shape->Find(label);
-  EXPECT_NE(place, kNoPlace) << label;
+  EXPECT_NE(place, kNoPlace) << label.text;
   return message.values[place];
 }
 
