@@ -9,6 +9,7 @@
 
 #include "commands/command_line.h"
 #include "commands/log_options.h"
+#include "views/counted.h"
 #include "views/diff_view.h"
 
 namespace vextrel::program {
@@ -55,8 +56,8 @@ class ReadRun {
           reader_.UsedLayout().Name() + "': give a call log, or the layout that it was written in");
     }
     if (model_.Unreadable() > 0) {
-      errors.Text() += "vextrel: " + std::to_string(model_.Unreadable()) + " records of '" +
-                       reader_.Files().back() + "' could not be read and are not compared\n";
+      errors.Text() += "vextrel: " + Counted(model_.Unreadable(), "record") + " of '" +
+                       reader_.Files().back() + "' could not be read: not compared\n";
     }
   }
 

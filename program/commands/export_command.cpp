@@ -7,6 +7,7 @@
 #include "commands/command_line.h"
 #include "commands/log_options.h"
 #include "commands/read_log.h"
+#include "views/counted.h"
 #include "views/exporter.h"
 
 namespace vextrel::program {
@@ -31,10 +32,8 @@ int Export(const ExportArguments& arguments, Output& output, Output& errors) {
           });
   exporter->Finish();
   if (model.Unreadable() > 0) {
-    errors.Text() += "vextrel: " + std::to_string(model.Unreadable()) +
-                     " records could not be read" +
-                     (arguments.form == "chrome" ? " and are left out\n"
-                                                 : "; they are of the kind 'unreadable'\n");
+    errors.Text() += "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read: " +
+                     (arguments.form == "chrome" ? "left out\n" : "of the kind 'unreadable'\n");
   }
   return kExitEqual;
 }

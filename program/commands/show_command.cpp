@@ -8,6 +8,7 @@
 #include "commands/command_line.h"
 #include "commands/log_options.h"
 #include "commands/read_log.h"
+#include "views/counted.h"
 #include "views/show_view.h"
 
 namespace vextrel::program {
@@ -63,13 +64,16 @@ int Show(ShowArguments& arguments, Output& output, Output& errors) {
             view.Take(record, message, context);
           });
   view.Finish();
+  if (!view.HasShown()) {
+    errors.Text() += "vextrel: no line of the log fits these options\n";
+  }
   if (model.Unreadable() > 0) {
-    errors.Text() += "vextrel: " + std::to_string(model.Unreadable()) +
-                     " records could not be read; they stand behind a '?'\n";
+    errors.Text() +=
+        "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read: see the '?'\n";
   }
   if (model.OtherLines() > 0) {
-    errors.Text() += "vextrel: " + std::to_string(model.OtherLines()) +
-                     " lines of other programs or categories stand behind a '|'\n";
+    errors.Text() += "vextrel: " + Counted(model.OtherLines(), "line") +
+                     " of other programs or categories: see the '|'\n";
   }
   return kExitEqual;
 }

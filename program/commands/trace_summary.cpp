@@ -8,6 +8,7 @@
 #include "reading/byte_file.h"
 #include "reading/property_file.h"
 #include "reading/value_reading.h"
+#include "views/counted.h"
 #include "views/findings_view.h"
 #include "views/safe_text.h"
 
@@ -23,10 +24,6 @@ std::string Safe(std::string_view text) {
 }
 
 // "1 frame", "2 frames"
-std::string Counted(std::uint64_t count, std::string_view what) {
-  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 // What the application didn't ask for isn't known.
 std::optional<std::uint64_t> Sum(const std::optional<std::uint64_t>& one,
                                  const std::optional<std::uint64_t>& other) {

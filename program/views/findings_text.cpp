@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "views/counted.h"
 #include "views/findings_view.h"
 #include "views/safe_text.h"
 #include "views/time_text.h"
@@ -82,11 +83,8 @@ SeverityCounts CountFindings(const Findings& findings, const RuleFilter& filter)
 }
 
 std::string CountsText(const SeverityCounts& counts) {
-  const auto text = [](std::uint64_t count, std::string_view what) {
-    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-  };
-  return fmt::format("{}, {}, {}", text(counts[2], "error"), text(counts[1], "warning"),
-                     text(counts[0], "info"));
+  return fmt::format("{}, {}, {}", Counted(counts[2], "error"), Counted(counts[1], "warning"),
+                     Counted(counts[0], "info"));
 }
 
 void WriteFindings(const ReportedLog& log, const SessionModel& model, const Findings& findings,

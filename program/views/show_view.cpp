@@ -218,6 +218,7 @@ void ShowView::ShowNeverReturned() {
     if (!PassesNeverReturned(call)) {
       continue;
     }
+    hasShown_ = true;
     EndPoll();
     std::string& out = output_.Text();
     AppendRight(out, std::to_string(call.place.line), 8);
@@ -247,6 +248,7 @@ void ShowView::Take(const Record& record, const Message& message, const Context&
     if (filtered) {
       return;
     }
+    hasShown_ = true;
     EndPoll();
     AppendFront(record, context);
     std::string& out = output_.Text();
@@ -270,6 +272,7 @@ void ShowView::Take(const Record& record, const Message& message, const Context&
   if (!Passes(record, message, context) || (!options_.all && Repeats(message, context))) {
     return;
   }
+  hasShown_ = true;
   std::string& out = output_.Text();
   AppendFront(record, context);
   if (message.IsCall()) {

@@ -38,6 +38,8 @@ class ShowView {
   void Take(const Record& record, const Message& message, const Context& context);
   // Call it when the log ends.
   void Finish();
+  // False as long as nothing passed the options.
+  [[nodiscard]] bool HasShown() const noexcept { return hasShown_; }
 
  private:
   // A call that waited in vain, and those like it right after.
@@ -66,6 +68,7 @@ class ShowView {
   ShowOptions options_;
   Output& output_;
   Poll poll_;
+  bool hasShown_ = false;
   std::size_t neverReturned_ = 0;  // how many were shown or filtered
 };
 

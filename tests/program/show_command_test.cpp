@@ -111,8 +111,17 @@ TEST(Show, ShowsWhatItCannotReadAndSaysSo) {
   EXPECT_THAT(result.output, HasSubstr("? (the beginning is missing) 0x01)\n"));
   EXPECT_THAT(result.output, HasSubstr("| another program's\\x1b line\n"));
   EXPECT_THAT(result.output, HasSubstr("? (the end is missing) GC_ERR_SUC\n"));
-  EXPECT_THAT(result.errors, HasSubstr("2 records could not be read"));
-  EXPECT_THAT(result.errors, HasSubstr("1 lines of other programs or categories"));
+  EXPECT_THAT(result.errors, HasSubstr("vextrel: 2 records could not be read: see the '?'\n"));
+  EXPECT_THAT(result.errors,
+              HasSubstr("vextrel: 1 line of other programs or categories: see the '|'\n"));
+}
+
+TEST(Show, SaysThatNothingFits) {
+  const ScratchFile log(SmallSession());
+  const ProgramResult result = RunVextrel({"show", "--handle", "BUF99", log.Path()});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.errors, "vextrel: no line of the log fits these options\n");
 }
 
 TEST(Show, ShowsDurationsAndCallsThatNeverReturned) {
