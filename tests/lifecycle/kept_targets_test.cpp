@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A target that keeps state over GCCloseLib, and whose thread outlives it: through the extended
 // module it behaves as it does without.
+#include "lifecycle/kept_targets.h"
+
 #include <gmock/gmock.h>
 
 #include <chrono>
@@ -103,6 +105,18 @@ TEST_F(KeptTargets, AreNotTheModuleItself) {
   EXPECT_EQ(proxy.GCInitLib(), 0);
   UnloadProxy();
   EXPECT_FALSE(IsModuleLoaded(ProxyPath()));
+}
+
+// The path leads elsewhere by the time that the target is to be kept.
+TEST_F(KeptTargets, AreNotKeptIfTheirFileWasExchanged) {
+  for (const std::filesystem::path& now : {ScriptedTargetPath(), TargetPath("not_there")}) {
+    const auto target = vextrel::platform::LoadModule(LingeringTarget().string().c_str());
+    ASSERT_NE(target.module, nullptr);
+    vextrel::KeepTarget(target.module, now.string());
+    EXPECT_FALSE(IsModuleLoaded(ScriptedTargetPath()));
+    vextrel::platform::UnloadModule(target.module);
+    EXPECT_FALSE(IsModuleLoaded(LingeringTarget()));
+  }
 }
 
 }  // namespace
