@@ -2,6 +2,7 @@
 #include "reading/message.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 
@@ -53,9 +54,17 @@ bool ReadHex16(const char* text, std::uint64_t& number) noexcept {
   return (all & 0xF0U) == 0;
 }
 
+// A table, because every character of a name is looked at.
+constexpr std::array<bool, 256> kIsWord = [] {
+  std::array<bool, 256> words{};
+  for (const char each : "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_") {
+    words[static_cast<unsigned char>(each)] = each != '\0';
+  }
+  return words;
+}();
+
 bool IsWord(char each) noexcept {
-  return (each >= 'A' && each <= 'Z') || (each >= 'a' && each <= 'z') ||
-         (each >= '0' && each <= '9') || each == '_';
+  return kIsWord[static_cast<unsigned char>(each)];
 }
 
 bool IsDecimal(char each) noexcept {

@@ -62,6 +62,9 @@ class IncompleteFrames : public RuleFamily {
       return;
     }
     if (call.Which() == Function::DSGetBufferInfo) {
+      if (!IsAboutSizes(call.Text("iCommand"))) {
+        return;
+      }
       OnInfo(call, id, frame->second, call.NameIn("iCommand"), call.Value("Buffer"));
     } else if (ReadEntries(call.Text("Infos"), entries_)) {
       for (const Entry& entry : entries_.shown) {
@@ -90,6 +93,12 @@ class IncompleteFrames : public RuleFamily {
   };
 
   static constexpr std::size_t kMostFrames = 20'000;
+
+  // A newer command has a number in the log.
+  static bool IsAboutSizes(std::string_view command) {
+    return command.starts_with('(') || command == "BUFFER_INFO_IS_INCOMPLETE" ||
+           command == "BUFFER_INFO_SIZE_FILLED";
+  }
 
   // There's no value if only its size was asked for, or if it's refused.
   void OnInfo(const Call& call, HandleId id, HeldFrame& frame, std::string_view command,
