@@ -50,7 +50,7 @@ std::string WhyNotParsed(const CLI::App& program, const std::vector<std::string>
     const std::vector<std::string> unexpected = commands.front()->remaining();
     if (!unexpected.empty() && !unexpected.front().starts_with('-')) {
       return "trace doesn't know '" + unexpected.front() +
-             "': put the application and its arguments behind '--', as in 'vextrel trace -- " +
+             "': put the application and its arguments after '--', as in 'vextrel trace -- " +
              unexpected.front() + "'";
     }
   }

@@ -57,7 +57,7 @@ class ReadRun {
     }
     if (model_.Unreadable() > 0) {
       errors.Text() += "vextrel: " + Counted(model_.Unreadable(), "record") + " of '" +
-                       reader_.Files().back() + "' could not be read: not compared\n";
+                       reader_.Files().back() + "' could not be read, and not compared\n";
     }
   }
 

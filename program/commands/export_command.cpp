@@ -32,8 +32,9 @@ int Export(const ExportArguments& arguments, Output& output, Output& errors) {
           });
   exporter->Finish();
   if (model.Unreadable() > 0) {
-    errors.Text() += "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read: " +
-                     (arguments.form == "chrome" ? "left out\n" : "of the kind 'unreadable'\n");
+    errors.Text() +=
+        "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read; " +
+        (arguments.form == "chrome" ? "left out\n" : "exported as kind 'unreadable'\n");
   }
   return kExitEqual;
 }

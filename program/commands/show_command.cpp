@@ -68,12 +68,12 @@ int Show(ShowArguments& arguments, Output& output, Output& errors) {
     errors.Text() += "vextrel: no line of the log fits these options\n";
   }
   if (model.Unreadable() > 0) {
-    errors.Text() +=
-        "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read: see the '?'\n";
+    errors.Text() += "vextrel: " + Counted(model.Unreadable(), "record") +
+                     " could not be read; marked with '?'\n";
   }
   if (model.OtherLines() > 0) {
     errors.Text() += "vextrel: " + Counted(model.OtherLines(), "line") +
-                     " of other programs or categories: see the '|'\n";
+                     " from other programs or categories; marked with '|'\n";
   }
   return kExitEqual;
 }

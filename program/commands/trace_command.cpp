@@ -22,6 +22,7 @@
 #include "launching/process.h"
 #include "launching/system.h"
 #include "launching/trace_folder.h"
+#include "views/counted.h"
 #include "views/findings_view.h"
 
 namespace vextrel::program {
@@ -88,8 +89,9 @@ Outcome Run(const TraceArguments& arguments, const Plan& plan, Variables variabl
       fmt::format("tracing '{}' with {}{}", TextOf(plan.target), TextOf(plan.module.filename()),
                   plan.log.empty() ? "" : ", log: " + TextOf(plan.log)));
   if (plan.earlier.Size() > 0) {
-    Say(errors, fmt::format("the log has {} bytes of earlier runs, which don't count below",
-                            plan.earlier.Size()));
+    Say(errors, fmt::format("the log already has {} from earlier runs; only this run's lines are "
+                            "summed up",
+                            Counted(plan.earlier.Size(), "byte")));
   }
   if (InterruptionGuard::WasInterrupted()) {
     constexpr int likeCtrlC = 130;
@@ -213,7 +215,7 @@ int Trace(TraceArguments arguments, Output& errors) {
   try {
     if (arguments.application.empty()) {
       throw LaunchFailure(kExitChoice,
-                          "what is to be traced? Put it behind '--': vextrel trace -- APPLICATION");
+                          "what is to be traced? Put it after '--': vextrel trace -- APPLICATION");
     }
     const InterruptionGuard guard;
     const Variables variables = ProcessVariables();

@@ -12,6 +12,7 @@
 #include "launching/modules.h"
 #include "launching/search_path.h"
 #include "launching/system.h"
+#include "reading/rolled_files.h"
 #include "views/safe_text.h"
 
 namespace vextrel::program {
@@ -68,6 +69,7 @@ void UseConfiguration(const std::string& name, const Variables& variables, Plan&
   }
   for (const std::string& log : config.files) {
     Demand(FaultOfLog(PathOf(log)));
+    plan.allLogs.push_back(fs::absolute(PathOf(log), error));
   }
   if (!config.files.empty()) {
     plan.log = fs::absolute(PathOf(config.files.front()), error);
@@ -78,9 +80,15 @@ void UseConfiguration(const std::string& name, const Variables& variables, Plan&
 void DemandPage(const std::string& name, const Plan& plan) {
   std::error_code error;
   const fs::path page = fs::absolute(PathOf(name), error).lexically_normal();
-  if (page == plan.log.lexically_normal() || IsSameFile(page, plan.log)) {
-    throw LaunchFailure(kExitOwnFailure, Fault{"the page '" + name + "' is the log itself",
-                                               "give the page another name"});
+  std::vector<std::string> logs;
+  for (const fs::path& log : plan.allLogs) {
+    logs.push_back(TextOf(log));
+  }
+  for (const std::string& log : WithRolledFiles(logs)) {
+    if (page == PathOf(log).lexically_normal() || IsSameFile(page, PathOf(log))) {
+      throw LaunchFailure(kExitOwnFailure, Fault{"the page '" + name + "' is the log itself",
+                                                 "give the page another name"});
+    }
   }
   Demand(FaultOfFile("the page", page));
 }
@@ -101,6 +109,7 @@ Plan MakePlan(TraceArguments& arguments, const Variables& variables, Output& err
   } else {
     const LogFile log = ChooseLogFile(arguments.log, plan.application, variables);
     plan.log = log.path;
+    plan.allLogs = {log.path};
     if (!log.whyElsewhere.empty()) {
       Say(errors, log.whyElsewhere + ", so the log goes elsewhere");
     }

@@ -32,9 +32,10 @@ struct Plan {
   std::filesystem::path application;
   std::filesystem::path target;
   std::filesystem::path module;
-  std::filesystem::path log;     // empty if the configuration names none
-  std::filesystem::path config;  // the user's own; empty for ours
-  LogMark earlier;               // what is in the log already
+  std::filesystem::path log;                   // empty if the configuration names none
+  std::vector<std::filesystem::path> allLogs;  // the configuration may name several
+  std::filesystem::path config;                // the user's own; empty for ours
+  LogMark earlier;                             // what is in the log already
 };
 
 // Throws LaunchFailure if there can't be a trace. Fills in the size in `arguments.style`.

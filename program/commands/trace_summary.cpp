@@ -23,7 +23,6 @@ std::string Safe(std::string_view text) {
   return safe;
 }
 
-// "1 frame", "2 frames"
 // What the application didn't ask for isn't known.
 std::optional<std::uint64_t> Sum(const std::optional<std::uint64_t>& one,
                                  const std::optional<std::uint64_t>& other) {

@@ -147,7 +147,7 @@ Fault FaultOfPackage(std::string_view module) {
 std::optional<Fault> WhyNotATarget(const Image& image, ImageKind ownKind) {
   const std::string remedy = "name a 64-bit producer for this system";
   if (image.kind == ImageKind::None) {
-    return Fault{"isn't a module", remedy};
+    return Fault{"isn't a module", "name the .cti file of the camera's maker"};
   }
   if (image.kind != ownKind) {
     return Fault{image.kind == ImageKind::Pe ? "is a module for Windows" : "is a module for Linux",

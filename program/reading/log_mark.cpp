@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A few lines. With their times, no other file has them at the same place.
+// A few lines. If the layout has times, no other file has them at the same place.
 constexpr std::uint64_t kMostOfTail = 4096;
 
 fs::path PathOfText(const std::string& text) {

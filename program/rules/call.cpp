@@ -100,6 +100,11 @@ bool Call::StartedBehind(const LogPlace& place, std::uint32_t thread) const noex
   return previousOfThread_.has_value() && !IsBehind(place, *previousOfThread_);
 }
 
+bool IsLoss(GC_ERROR result) noexcept {
+  return result == GC_ERR_IO || result == GC_ERR_ACCESS_DENIED || result == GC_ERR_NOT_AVAILABLE ||
+         result == GC_ERR_TIMEOUT;
+}
+
 bool TimedOutSince(const Call& call, const Moment& since) {
   const bool isLong = call.Number("iTimeout") >= std::uint64_t{kLongEnough} ||
                       (since.time.has_value() && call.Time() - *since.time >= kLongEnough * 1000);

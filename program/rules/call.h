@@ -161,6 +161,9 @@ class Call {
   std::optional<LogPlace> previousOfThread_;
 };
 
+// True iff a device that's gone answers so.
+[[nodiscard]] bool IsLoss(GC_ERROR result) noexcept;
+
 // True iff `call` is a wait that timed out, and 100 ms or more have passed since then, or were
 // waited: that's long enough for what comes right after a start.
 [[nodiscard]] bool TimedOutSince(const Call& call, const Moment& since);

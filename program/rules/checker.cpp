@@ -171,10 +171,10 @@ void Checker::Finish() {
 
 void Checker::NoteWhatIsMissing() {
   if (!log_.anyCall) {
-    findings_.AddUnknown(
-        "all rules that look at calls",
-        "the log has none, only what Vextrel reported; that's what a configuration "
-        "like misuse-only.properties leaves");
+    findings_.AddUnknown("all rules that look at calls",
+                         "no call returned in this log; a configuration like "
+                         "misuse-only.properties leaves only what "
+                         "Vextrel reported");
     return;
   }
   struct Lack {

@@ -45,9 +45,9 @@ constexpr Rule kLost{
     .sentence = "A device stopped answering",
     .explanation =
         "Its port worked, and then every access to it failed, three times or more, to "
-        "the end of its life: it was likely unplugged, switched off, or taken over. Once is "
-        "enough if a wait for its frames of a second or more timed out, too, and none came any "
-        "more.",
+        "the end of its life: it was likely unplugged, switched off, or taken over. One failure is "
+        "enough if waits for its frames of a second or more timed out before or after it, and "
+        "nothing came any more: no frame, and no answer of its port.",
     .remedy =
         "Look at its cable and its power, and whether another application took it over. In the "
         "application, close the stream and the device when it's gone, before the list is updated "
@@ -59,7 +59,7 @@ constexpr Rule kLost{
 constexpr const Rule* kDeviceRules[] = {&kDenied, &kReadOnlyWrite, &kLost};
 
 constexpr std::uint64_t kFailuresOfLost = 3;
-constexpr std::uint64_t kLongFrameWait = 1000;  // ms
+constexpr std::uint64_t kLongSilenceMs = 1000;
 
 std::string StatusText(std::string_view status) {
   constexpr std::string_view names[] = {
@@ -141,9 +141,11 @@ class Devices : public RuleFamily {
     std::uint64_t failures = 0;  // since then
     Moment firstFailure;
     std::string firstResult;
-    // The last wait in vain for frames of one of its streams, and how many there had been.
+    // The stream that was waited for in vain, since when, for how many ms, and after how many
+    // frames.
     HandleId silentStream = kNoHandle;
     LogPlace silentAt;
+    std::uint64_t silentFor = 0;
     std::uint64_t framesBefore = 0;
   };
 
@@ -221,14 +223,10 @@ class Devices : public RuleFamily {
       device.lastGood = call.Place();
       device.wasGood = true;
       device.failures = 0;
+      device.silentStream = kNoHandle;
     } else if (device.wasGood && IsLoss(call.Result())) {
       OnFailure(call, id, device);
     }
-  }
-
-  static bool IsLoss(GC_ERROR result) {
-    return result == GC_ERR_IO || result == GC_ERR_ACCESS_DENIED ||
-           result == GC_ERR_NOT_AVAILABLE || result == GC_ERR_TIMEOUT;
   }
 
   void OnFailure(const Call& call, HandleId id, Device& device) {
@@ -242,8 +240,7 @@ class Devices : public RuleFamily {
   }
 
   void OnWait(const Call& call) {
-    if (!call.Context().isNewBufferEvent || call.Result() != GC_ERR_TIMEOUT ||
-        call.Number("iTimeout") < kLongFrameWait) {
+    if (!call.Context().isNewBufferEvent || call.Result() != GC_ERR_TIMEOUT) {
       return;
     }
     const HandleId id = call.At(call.Context().handles[0]).parent;
@@ -251,17 +248,24 @@ class Devices : public RuleFamily {
     if (stream == nullptr || !stream->IsRunning()) {
       return;
     }
-    if (const auto device = devices_.find(call.At(id).parent); device != devices_.end()) {
-      device->second.silentStream = id;
-      device->second.silentAt = call.Place();
-      device->second.framesBefore = stream->Frames();
+    const auto known = devices_.find(call.At(id).parent);
+    if (known == devices_.end()) {
+      return;
     }
+    Device& device = known->second;
+    if (device.silentStream != id || device.framesBefore != stream->Frames()) {
+      device.silentStream = id;
+      device.silentAt = call.Place();
+      device.silentFor = 0;
+      device.framesBefore = stream->Frames();
+    }
+    device.silentFor += call.Number("iTimeout");
   }
 
   void JudgeSilence(const SessionModel& model, HandleId id, const Device& device) {
     const Stream* stream = model.FindStream(device.silentStream);
     if (device.failures == 0 || device.failures >= kFailuresOfLost || stream == nullptr ||
-        stream->Frames() != device.framesBefore) {
+        device.silentFor < kLongSilenceMs || stream->Frames() != device.framesBefore) {
       return;
     }
     if (Finding* finding = ReportLoss(model, id, device)) {

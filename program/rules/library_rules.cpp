@@ -34,7 +34,7 @@ constexpr Rule kLoad{
     .severity = Severity::Error,
     .sentence = "The producer couldn't be loaded",
     .explanation =
-        "Vextrel found no producer behind GENICAM_GENTL64_VEXTREL_PRODUCER, or couldn't load it. "
+        "GENICAM_GENTL64_VEXTREL_PRODUCER names no producer, or one that Vextrel couldn't load. "
         "GCInitLib succeeds nevertheless, and every other call answers GC_ERR_NOT_IMPLEMENTED.",
     .remedy =
         "Let 'vextrel doctor --target FILE' look at the producer: it names a library that is "
@@ -67,11 +67,11 @@ std::string_view MeaningOf(std::uint64_t error) {
     case 5:
       return "this user may not read it";
     case 126:
-      return "it isn't there, or a library that it needs isn't";
+      return "it isn't there, or a library that it needs is missing";
     case 127:
       return "a library that it needs lacks a function";
     case 193:
-      return "it isn't a module for this system and for 64 bit";
+      return "it isn't a 64-bit module for this system";
     case 1114:
       return "it refused to start";
     default:

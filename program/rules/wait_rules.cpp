@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <utility>
 
 #include "rules/family.h"
@@ -98,6 +97,9 @@ class Waits : public RuleFamily {
         if (const HandleId id = call.HandleIn("hDS"); !call.Failed() && id != kNoHandle) {
           EndSilence(call.Model(), id, true);
           JudgeTimeouts(call.Model(), id);
+          if (call.Which() == Function::DSClose) {
+            streams_.erase(id);
+          }
         }
         break;
       case Function::GCReadPort:
@@ -137,7 +139,7 @@ class Waits : public RuleFamily {
     }
     streams_.clear();
     polls_.clear();
-    deaf_.clear();
+    reach_.clear();
   }
 
  private:
@@ -155,9 +157,15 @@ class Waits : public RuleFamily {
     std::int64_t firstWaited = 0;  // what the first one waited before its line
     std::int64_t last = 0;
     bool isStarved = false;
+    bool isAnswered = false;     // the device's port worked in the meantime
     std::uint64_t timeouts = 0;  // that a frame followed
     std::uint64_t longest = 0;   // in ms
     Moment firstTimeout;
+  };
+
+  struct Reach {
+    bool wasGood = false;
+    bool isLost = false;  // since the last good access
   };
 
   static std::uint64_t FramesOf(const SessionModel& model, HandleId id) {
@@ -170,17 +178,20 @@ class Waits : public RuleFamily {
     if (device == kNoHandle) {
       return;
     }
-    if (call.Failed()) {
-      deaf_.insert(device);
-    } else {
-      deaf_.erase(device);
-    }
-    if (call.Which() == Function::GCReadPort || call.Which() == Function::GCReadPortStacked) {
-      return;
-    }
+    ForgetClosed(reach_, call.All(), 1000);
+    Reach& reach = reach_[device];
+    reach.wasGood = reach.wasGood || !call.Failed();
+    reach.isLost = reach.wasGood && call.Failed() && (reach.isLost || IsLoss(call.Result()));
+    const bool isWrite =
+        call.Which() == Function::GCWritePort || call.Which() == Function::GCWritePortStacked;
     for (auto& [id, state] : streams_) {
-      if (state.row == 0 && call.At(id).parent == device) {
-        state.framesAtWrite = FramesOf(call.Model(), id);
+      if (call.At(id).parent != device) {
+        continue;
+      }
+      if (state.row == 0) {
+        state.framesAtWrite = isWrite ? FramesOf(call.Model(), id) : state.framesAtWrite;
+      } else {
+        state.isAnswered = state.isAnswered || !call.Failed();
       }
     }
   }
@@ -232,6 +243,7 @@ class Waits : public RuleFamily {
       state.first = call.Moment();
       state.firstWaited = static_cast<std::int64_t>(timeout) * 1000;
       state.isStarved = false;
+      state.isAnswered = false;
     }
     if (timeout > kShortTimeout && state.longest == 0) {
       state.firstTimeout = call.Moment();
@@ -262,8 +274,11 @@ class Waits : public RuleFamily {
     const bool isLong = row >= kFewestTimeouts ? lasted >= kLongSilence
                                                : isLast && !mayBeStopped && lasted >= kLastSilence;
     // Lost devices are another rule's.
-    if (!isLong || state.isStarved || deaf_.contains(handles.At(id).parent) ||
-        !state.first.time.has_value() || static_cast<double>(lasted) < kWaitManyIntervals * usual) {
+    const auto reach = reach_.find(handles.At(id).parent);
+    const bool isLost = reach != reach_.end() && reach->second.isLost && !state.isAnswered &&
+                        lasted >= kLastSilence;
+    if (!isLong || state.isStarved || isLost || !state.first.time.has_value() ||
+        static_cast<double>(lasted) < kWaitManyIntervals * usual) {
       return;
     }
     Finding* finding = findings_.Add(kStorm, Severity::Warning, KeyOf(id), state.first);
@@ -320,7 +335,7 @@ class Waits : public RuleFamily {
   std::size_t timeoutPlace_;
   std::map<std::uint64_t, Poller> polls_;
   std::map<HandleId, WaitingStream> streams_;
-  std::set<HandleId> deaf_;  // devices whose last access failed
+  std::map<HandleId, Reach> reach_;  // of devices
 };
 
 }  // namespace

@@ -69,7 +69,7 @@ TEST(CommandLine, SaysWhatItDoesntKnow) {
     const ProgramResult result = RunVextrel(arguments);
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.errors,
-              "vextrel: trace doesn't know 'grab': put the application and its arguments behind "
+              "vextrel: trace doesn't know 'grab': put the application and its arguments after "
               "'--', as in 'vextrel trace -- grab'\n");
   }
   EXPECT_THAT(RunVextrel({"trace", "--chek", "--", "grab"}).errors, testing::HasSubstr("--chek"));

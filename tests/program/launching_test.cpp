@@ -170,7 +170,7 @@ TEST(Modules, TargetIsAProducerForThisMachine) {
   EXPECT_EQ(why(MadePe(made), ImageKind::Pe), "");
   EXPECT_EQ(why(MadePe(made), ImageKind::Elf), "is a module for Windows" + remedy);
   EXPECT_EQ(why(MadeElf(made), ImageKind::Pe), "is a module for Linux" + remedy);
-  EXPECT_EQ(why("text", ImageKind::Pe), "isn't a module" + remedy);
+  EXPECT_EQ(why("text", ImageKind::Pe), "isn't a module: name the .cti file of the camera's maker");
   made.machine = 0x14C;
   EXPECT_EQ(why(MadePe(made), ImageKind::Pe),
             "is a 32-bit module: use the 64-bit edition of the maker's software");

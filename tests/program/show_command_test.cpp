@@ -111,9 +111,9 @@ TEST(Show, ShowsWhatItCannotReadAndSaysSo) {
   EXPECT_THAT(result.output, HasSubstr("? (the beginning is missing) 0x01)\n"));
   EXPECT_THAT(result.output, HasSubstr("| another program's\\x1b line\n"));
   EXPECT_THAT(result.output, HasSubstr("? (the end is missing) GC_ERR_SUC\n"));
-  EXPECT_THAT(result.errors, HasSubstr("vextrel: 2 records could not be read: see the '?'\n"));
+  EXPECT_THAT(result.errors, HasSubstr("vextrel: 2 records could not be read; marked with '?'\n"));
   EXPECT_THAT(result.errors,
-              HasSubstr("vextrel: 1 line of other programs or categories: see the '|'\n"));
+              HasSubstr("vextrel: 1 line from other programs or categories; marked with '|'\n"));
 }
 
 TEST(Show, SaysThatNothingFits) {

@@ -80,6 +80,21 @@ TEST_F(Trace, WhosePageCantBeWrittenStartsNothing) {
   EXPECT_FALSE(fs::exists(PathOf(shown)));
 }
 
+TEST_F(Trace, LeavesTheFilesOfItsLogAlone) {
+  const std::string log = TextOf(folder / "app.log");
+  const std::string rolled = scratch.Beside("an older run\n", "app.log.1");
+  const std::string config = scratch.Beside(
+      "rootCategory=INFO, file\nappender.file=FileAppender\nappender.file.fileName=" +
+          PathOf(log).generic_string() + "\nappender.file.layout=BasicLayout\n",
+      "own.properties");
+  const ProgramResult run = RunVextrel({"trace", "--config", config, "--report", rolled, "--target",
+                                        SIMULATED_CAMERA, "--", SHOW_ITSELF_PROGRAM});
+  EXPECT_EQ(run.status, 125);
+  EXPECT_EQ(run.errors,
+            "vextrel: the page '" + rolled + "' is the log itself: give the page another name\n");
+  EXPECT_EQ(ReadBytes(PathOf(rolled)), "an older run\n");
+}
+
 // An appender of log4cpp's goes on at the end of its file.
 TEST_F(Trace, CountsOnlyWhatThisRunAdded) {
   const fs::path log = fs::absolute(folder / "own.log");
@@ -105,8 +120,8 @@ TEST_F(Trace, CountsOnlyWhatThisRunAdded) {
   EXPECT_EQ(clean.status, 0) << clean.errors;
   EXPECT_THAT(
       clean.errors,
-      AllOf(HasSubstr("vextrel: the log has " + std::to_string(before.size()) +
-                      " bytes of earlier runs, which don't count below\n"),
+      AllOf(HasSubstr("vextrel: the log already has " + std::to_string(before.size()) +
+                      " bytes from earlier runs; only this run's lines are summed up\n"),
             HasSubstr("\n  1 call failed, IFOpenDevice with GC_ERR_ACCESS_DENIED\n"),
             HasSubstr("\n  3 frames on 1 stream, "), HasSubstr("\n  findings: 0 errors, ")));
   EXPECT_THAT(clean.errors, Not(HasSubstr("HND-AFTER")));

@@ -63,6 +63,22 @@ TEST(DeviceRules, FindWhatTheyAreFor) {
          log.Fails("IO", PortAccess("GCWritePort", kPort, 0x124)).StopStream().CloseAll();
        },
        "answers GC_ERR_IO, and DS1 delivers no frame any more: the device is likely gone."},
+      {"unplugged, and waited for in short waits", "DEV-LOST warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Because();
+         log.Ok(PortAccess("GCReadPort", kPort, 0x100)).Pass(500).Because();
+         for (int i = 0; i < 4; ++i) {
+           log.Fails("TIMEOUT", Wait(kEvent, 0, 500)).Pass(500);
+         }
+         log.Here().Fails("IO", PortAccess("GCWritePort", kPort, 0x124)).StopStream().CloseAll();
+       }},
+      {"refused once, but it had answered after the wait", "EVT-STORM warning",
+       [](TypedLog& log) {
+         log.StartStream(2).Frames(10, 30).Ok(PortAccess("GCReadPort", kPort, 0x100)).Pass(1000);
+         log.Here().Fails("TIMEOUT", Wait(kEvent, 0, 1000));
+         log.Ok(PortAccess("GCWritePort", kPort, 0x124));
+         log.Fails("NOT_AVAILABLE", PortAccess("GCReadPort", kPort, 0x200)).StopStream().CloseAll();
+       }},
       {"one access that is refused, and frames come again", "T-STALL warning",
        [](TypedLog& log) {
          log.StartStream(2).Frames(20, 30).Ok(PortAccess("GCReadPort", kPort, 0x100)).Pass(1000);

@@ -33,7 +33,7 @@ TEST(LibraryRules, FindWhatTheyAreFor) {
          log.Fails("NOT_IMPLEMENTED", OpenTL(0));
        },
        "The producer '/opt/a.cti' can't be loaded, error 126: it isn't there, or a library that it "
-       "needs isn't."},
+       "needs is missing."},
       {"an error of the loader that has no sentence", "LIB-LOAD error",
        [](TypedLog& log) {
          log.Line("Loading GenTL Producer '/opt/a.cti'").Here();
