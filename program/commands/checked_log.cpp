@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "commands/read_log.h"
+#include "images/file_bytes.h"
 
 namespace vextrel::program {
 
@@ -22,8 +23,7 @@ CheckedLog::CheckedLog(const ReadingOptions& options) {
 }
 
 void WriteTextFile(const std::string& path, std::string_view text) {
-  std::ofstream file(std::filesystem::path(std::u8string(path.begin(), path.end())),
-                     std::ios::binary | std::ios::trunc);
+  std::ofstream file(PathOf(path), std::ios::binary | std::ios::trunc);
   file.write(text.data(), static_cast<std::streamsize>(text.size()));
   file.close();
   if (!file) {

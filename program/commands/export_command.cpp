@@ -34,7 +34,7 @@ int Export(const ExportArguments& arguments, Output& output, Output& errors) {
   if (model.Unreadable() > 0) {
     errors.Text() +=
         "vextrel: " + Counted(model.Unreadable(), "record") + " could not be read; " +
-        (arguments.form == "chrome" ? "left out\n" : "exported as kind 'unreadable'\n");
+        (arguments.form == "chrome" ? "not exported\n" : "exported as kind 'unreadable'\n");
   }
   return kExitEqual;
 }

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "commands/read_log.h"
+#include "images/file_bytes.h"
 #include "page/log_page.h"
 #include "views/safe_text.h"
 
@@ -16,9 +17,6 @@ namespace vextrel::program {
 namespace fs = std::filesystem;
 
 void DemandPagePath(const std::vector<std::string>& files, const std::string& path) {
-  const auto pathOf = [](const std::string& text) {
-    return fs::path(std::u8string(text.begin(), text.end()));
-  };
   for (const std::string& file : files) {
     if (file == "-") {
       throw std::runtime_error(
@@ -26,7 +24,7 @@ void DemandPagePath(const std::vector<std::string>& files, const std::string& pa
           "into a file");
     }
     std::error_code ignored;
-    if (fs::equivalent(pathOf(file), pathOf(path), ignored)) {
+    if (fs::equivalent(PathOf(file), PathOf(path), ignored)) {
       throw std::runtime_error("'" + path + "' is the log itself: give the page another name");
     }
   }

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/log_mark.h"
 #include "launching/trace_folder.h"
 #include "launching/variables.h"
-#include "reading/log_mark.h"
 #include "views/output.h"
 
 namespace vextrel::program {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "commands/checked_log.h"
-#include "reading/log_mark.h"
+#include "commands/log_mark.h"
 #include "reading/record_reader.h"
 
 namespace vextrel::program {

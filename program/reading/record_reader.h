@@ -42,8 +42,8 @@ struct Record {
 // How the log is read.
 struct ReadingOptions {
   std::vector<std::string> files;  // UTF-8; "-" is standard input
-  std::uint64_t skip =
-      0;  // bytes of the first file to pass over: only their lines count; 0 with `follow`
+  // Bytes of the first file to pass over: only their lines count. REQUIRES: 0 with `follow`.
+  std::uint64_t skip = 0;
   std::optional<Layout> layout;  // found by itself if there's none
   bool follow = false;           // wait for more at the end of the last file
   std::function<bool()> stop;    // asked while waiting; true ends the log

@@ -46,8 +46,8 @@ constexpr Rule kLost{
     .explanation =
         "Its port worked, and then every access to it failed, three times or more, to "
         "the end of its life: it was likely unplugged, switched off, or taken over. One failure is "
-        "enough if waits for its frames of a second or more timed out before or after it, and "
-        "nothing came any more: no frame, and no answer of its port.",
+        "enough if waits for its frames, of a second or longer in all, timed out before or after "
+        "it, and nothing came any more: no frame, and no answer from its port.",
     .remedy =
         "Look at its cable and its power, and whether another application took it over. In the "
         "application, close the stream and the device when it's gone, before the list is updated "

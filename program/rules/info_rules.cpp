@@ -183,7 +183,7 @@ class Infos : public RuleFamily {
     return counted;
   }
 
-  // At the first time, though it counts only from the third on.
+  // It's found at the third time, and begins at the first.
   Finding* AddRepeated(const Rule& rule, Severity severity, std::uint64_t key, const Call& call,
                        const Counted& counted) {
     const bool isNew = findings_.Find(rule, key) == nullptr;

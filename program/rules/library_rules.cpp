@@ -34,7 +34,8 @@ constexpr Rule kLoad{
     .severity = Severity::Error,
     .sentence = "The producer couldn't be loaded",
     .explanation =
-        "GENICAM_GENTL64_VEXTREL_PRODUCER names no producer, or one that Vextrel couldn't load. "
+        "GENICAM_GENTL64_VEXTREL_PRODUCER isn't set, or leads to Vextrel itself, or to something "
+        "that couldn't be loaded. "
         "GCInitLib succeeds nevertheless, and every other call answers GC_ERR_NOT_IMPLEMENTED.",
     .remedy =
         "Let 'vextrel doctor --target FILE' look at the producer: it names a library that is "

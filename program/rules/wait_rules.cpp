@@ -29,10 +29,10 @@ constexpr Rule kStorm{
     .severity = Severity::Warning,
     .sentence = "A running stream delivers nothing",
     .explanation =
-        "Three waits for a frame or more timed out in a row, for half a second or more "
-        "and ten times as long as a frame takes usually; or fewer, for a second or more, and "
-        "no frame came until the stream was stopped. The application doesn't hold all buffers, "
-        "so it's likely the camera, its trigger, or the way from it.",
+        "Three or more waits for a frame timed out in a row, for half a second or longer "
+        "and for ten times as long as a frame usually takes; or fewer, for a second or longer, "
+        "and no frame came until the stream was stopped. The application doesn't hold all "
+        "buffers, so it's likely the camera, its trigger, or the way from it.",
     .remedy =
         "Look whether the camera was started by AcquisitionStart, whether it waits for a "
         "trigger, and whether its packets arrive: a firewall, another network card, a packet "

@@ -20,6 +20,8 @@ class ConsoleProgram {
   ConsoleProgram(const ConsoleProgram&) = delete;
   ConsoleProgram& operator=(const ConsoleProgram&) = delete;
 
+  // False if there's no console to be had, such as in a root folder without /dev/pts.
+  [[nodiscard]] bool HasStarted() const noexcept { return process_ > 0; }
   // Reaches every process of the console.
   void PressCtrlC() const;
   // Returns its exit status; -1 if it couldn't be started, or takes longer than a minute.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/log_mark.h"
+#include "commands/log_mark.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -60,6 +60,10 @@ class TraceEndingByCtrlC : public TraceEnding {
     ConsoleProgram program(
         PathOf(VEXTREL_PROGRAM_FILE),
         {"trace", "--log", logFile, "--target", SIMULATED_CAMERA, "--", SHOW_ITSELF_PROGRAM}, said);
+    if (!program.HasStarted()) {
+      ADD_FAILURE() << "the program has no console";
+      return -1;
+    }
     producers = PathOf(WaitFor("PATH ", PathOf(shown)));
     static_cast<void>(WaitFor("PROCESS ", shownLast));
     static_cast<void>(WaitFor(sentence, said));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a log holds before a run adds to it, so that the run's own part is found afterwards.
-#ifndef VEXTREL_PROGRAM_READING_LOG_MARK_H
-#define VEXTREL_PROGRAM_READING_LOG_MARK_H
+#ifndef VEXTREL_PROGRAM_COMMANDS_LOG_MARK_H
+#define VEXTREL_PROGRAM_COMMANDS_LOG_MARK_H
 
 #include <cstdint>
 #include <string>
@@ -33,4 +33,4 @@ class LogMark {
 
 }  // namespace vextrel::program
 
-#endif  // VEXTREL_PROGRAM_READING_LOG_MARK_H
+#endif  // VEXTREL_PROGRAM_COMMANDS_LOG_MARK_H

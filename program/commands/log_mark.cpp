@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "reading/log_mark.h"
+#include "commands/log_mark.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
+#include "images/file_bytes.h"
 #include "reading/rolled_files.h"
 
 namespace vextrel::program {
@@ -17,24 +18,20 @@ namespace {
 // A few lines. If the layout has times, no other file has them at the same place.
 constexpr std::uint64_t kMostOfTail = 4096;
 
-fs::path PathOfText(const std::string& text) {
-  return {std::u8string(text.begin(), text.end())};
-}
-
 // 0 for what isn't a file: a device has no end to be marked.
 std::uint64_t SizeOfFile(const std::string& path) {
   std::error_code error;
-  if (!fs::is_regular_file(PathOfText(path), error)) {
+  if (!fs::is_regular_file(PathOf(path), error)) {
     return 0;
   }
-  const std::uintmax_t size = fs::file_size(PathOfText(path), error);
+  const std::uintmax_t size = fs::file_size(PathOf(path), error);
   return error ? 0 : size;
 }
 
 // The bytes of the file in front of `end`.
 std::string TailOf(const std::string& path, std::uint64_t end) {
   std::string tail(static_cast<std::size_t>(std::min(end, kMostOfTail)), '\0');
-  std::ifstream file(PathOfText(path), std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary);
   file.seekg(static_cast<std::streamoff>(end - tail.size()));
   file.read(tail.data(), static_cast<std::streamsize>(tail.size()));
   return file ? tail : std::string();
